@@ -1,0 +1,17 @@
+// The target database: created from nothing at the operator's path, with every table, column and index of the catalogue.
+#pragma once
+
+#include <string>
+
+#include "catalogue/interface_state.h"
+
+namespace catalogue {
+
+/// Creates the database at path (UTF-8) with its whole schema and leaves it open in `TargetDatabase`. Errors propagate; what
+/// was appended before stays on disk. An unknown field type code raises a StopRequested.
+void BuildTargetDatabase(InterfaceState& state, const std::string& path);
+
+/// Thrown where the rules say that the tool stops at once, without a message.
+struct StopRequested {};
+
+}  // namespace catalogue
