@@ -1,24 +1,18 @@
-// A value of a data-access field: Null, Boolean, Long, Double, Currency, Date or Text.
+// A value of a data-access field: Null, Boolean, Long, Double, Currency, Date, Text or bytes. Byte, Integer and Long
+// columns give std::int32_t, Single and Double columns double, Text and Memo columns UTF-16.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <variant>
 
-#include "platform/ole_date.h"
+#include "platform/jet/value.h"
 
 namespace dao {
 
 using Null = std::monostate;
-
-/// A fixed-point amount in ten-thousandths.
-struct Currency {
-    std::int64_t Scaled = 0;
-    bool operator==(const Currency&) const = default;
-};
-
-/// Byte, Integer and Long columns give std::int32_t, Single and Double columns double, Text and Memo columns UTF-16.
-using Value = std::variant<Null, bool, std::int32_t, double, Currency, platform::OleDate, std::u16string>;
+using jet::Currency;
+using jet::Value;
 
 inline bool IsNull(const Value& value) { return std::holds_alternative<Null>(value); }
 
