@@ -1,5 +1,6 @@
-// The run-time state that the main window owns and the catalogue and export routines share: catalogue cursors, target
-// database, the field descriptors and files of the table in hand, and the buffers of a running export.
+// The run-time state that the main window owns and the catalogue and export routines share: catalogue
+// cursors, target database, the field descriptors and files of the table in hand, and the buffers of a
+// running export.
 #pragma once
 
 #include <array>
@@ -16,11 +17,11 @@ namespace catalogue {
 
 /// The descriptor of one catalogue field of the table being exported.
 struct cInterface {
-    std::u16string Name;       // the target column
-    std::u16string DataType;   // one-letter type code, letter case matters
-    std::int32_t Length = 0;   // bytes in the record
-    std::int32_t Start = 0;    // 1-based position of the first byte
-    std::int32_t TypeSpec = 0; // decimals (I, U), bit number (B), character position (X)
+    std::u16string Name;        // the target column
+    std::u16string DataType;    // one-letter type code, letter case matters
+    std::int32_t Length = 0;    // bytes in the record
+    std::int32_t Start = 0;     // 1-based position of the first byte
+    std::int32_t TypeSpec = 0;  // decimals (I, U), bit number (B), character position (X)
 };
 
 /// Six slots 0 to 5: slot 1 the key file, slots 2 to 5 the data files; slot 0 is never filled.

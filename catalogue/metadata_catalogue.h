@@ -1,4 +1,5 @@
-// The metadata catalogue: where it is, its cursors, and the three routines that turn its rows into working state.
+// The metadata catalogue: where it is, its cursors, and the three routines that turn its rows into working
+// state.
 #pragma once
 
 #include "catalogue/interface_state.h"
@@ -7,8 +8,8 @@
 
 namespace catalogue {
 
-/// Opens the catalogue and its five cursors, resets the range overrides and fills the table list, in this order.
-/// Data-access errors propagate; more than 76 tables raise 340.
+/// Opens the catalogue and its five cursors, resets the range overrides and fills the table list, in this
+/// order. Data-access errors propagate; more than 76 tables raise 340.
 void StartCatalogue(InterfaceState& state, TableList& list);
 
 /// Writes 0 into `overrideStart` and `overrideEnd` of every `LogicalIndexDefinition` row.
@@ -18,9 +19,11 @@ void ResetRangeOverrides(InterfaceState& state);
 void AddTable(TableList& list, std::int32_t& TableCount, const std::u16string& PreviousTable,
               const std::u16string& level);
 
-/// Opens the logical files of the table in box Index into `TableFiles` and leaves `LogicalMapRecordset` on the table's first
-/// map row. Shows "Problem finding files for " and the name when that row's name differs in letter case.
-void OpenFiles(InterfaceState& state, const TableList& list, platform::WindowServices& window, std::int16_t Index);
+/// Opens the logical files of the table in box Index into `TableFiles` and leaves `LogicalMapRecordset` on
+/// the table's first map row. Shows "Problem finding files for " and the name when that row's name differs in
+/// letter case.
+void OpenFiles(InterfaceState& state, const TableList& list, platform::WindowServices& window,
+               std::int16_t Index);
 
 /// Replaces `FieldList` by the field descriptors of the table in box Index.
 void BuildCollection(InterfaceState& state, const TableList& list, std::int16_t Index);

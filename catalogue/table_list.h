@@ -1,5 +1,6 @@
-// The list of exportable tables: 76 check boxes whose captions are the tables' names. A box's number is the handle by which
-// the catalogue and export routines speak of a table. The window implements it; tests bring their own.
+// The list of exportable tables: 76 check boxes whose captions are the tables' names. A box's number is the
+// handle by which the catalogue and export routines speak of a table. The window implements it; tests bring
+// their own.
 #pragma once
 
 #include <string>

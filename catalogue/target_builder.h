@@ -1,4 +1,5 @@
-// The target database: created from nothing at the operator's path, with every table, column and index of the catalogue.
+// The target database: created from nothing at the operator's path, with every table, column and index of the
+// catalogue.
 #pragma once
 
 #include <string>
@@ -7,8 +8,8 @@
 
 namespace catalogue {
 
-/// Creates the database at path (UTF-8) with its whole schema and leaves it open in `TargetDatabase`. Errors propagate; what
-/// was appended before stays on disk. An unknown field type code raises a StopRequested.
+/// Creates the database at path (UTF-8) with its whole schema and leaves it open in `TargetDatabase`. Errors
+/// propagate; what was appended before stays on disk. An unknown field type code raises a StopRequested.
 void BuildTargetDatabase(InterfaceState& state, const std::string& path);
 
 /// Thrown where the rules say that the tool stops at once, without a message.

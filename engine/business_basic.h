@@ -1,9 +1,10 @@
-// cBusinessBasic: the one object through which the rest of the system uses the runtime's files. It holds no data of its
-// own; every operation converts its arguments and calls the routine that does the work. The operations stand in the order
-// of the runtime's interface.
+// cBusinessBasic: the one object through which the rest of the system uses the runtime's files. It holds no
+// data of its own; every operation converts its arguments and calls the routine that does the work. The
+// operations stand in the order of the runtime's interface.
 //
-// Byte positions are 1-based, file offsets 0-based, stored numbers big-endian. Arguments taken by non-const reference are
-// written back, as each operation says. Orb (a request for a remote broker) is accepted everywhere and has no effect.
+// Byte positions are 1-based, file offsets 0-based, stored numbers big-endian. Arguments taken by non-const
+// reference are written back, as each operation says. Orb (a request for a remote broker) is accepted
+// everywhere and has no effect.
 #pragma once
 
 #include <array>
@@ -33,9 +34,10 @@ using StmaValue = std::variant<std::monostate, std::int32_t, ByteString, platfor
 
 class cBusinessBasic {
   public:
-    /// Starts the engine on the site of gSystem: checks that the link share answers, finds the workstation's name, address
-    /// and terminal, loads the links. Raises 91 for an unusable site (after a message box when the share does not answer,
-    /// without one when `ttymap` cannot be opened); the file error when LINKSFILE can be neither opened nor created.
+    /// Starts the engine on the site of gSystem: checks that the link share answers, finds the workstation's
+    /// name, address and terminal, loads the links. Raises 91 for an unusable site (after a message box when
+    /// the share does not answer, without one when `ttymap` cannot be opened); the file error when LINKSFILE
+    /// can be neither opened nor created.
     explicit cBusinessBasic(platform::WindowServices& window);
 
     /// Releases open files, links, the site and the logical files, in this order.
@@ -78,8 +80,8 @@ class cBusinessBasic {
     std::int32_t ReleaseLock(std::int32_t LockNumber);
     void DelRec(const LogicalFileArgument& LogicalFile, std::int32_t RecordNumber, bool Orb = false);
     void GetRec(const LogicalFileArgument& LogicalFile, std::int32_t& RecordNumber, bool Orb = false);
-    void InitFile(const LogicalFileArgument& LogicalFile, std::int32_t KeyLength = 0, bool DuplicateKeys = false,
-                  std::int32_t BlockingFactor = 0, bool Orb = false);
+    void InitFile(const LogicalFileArgument& LogicalFile, std::int32_t KeyLength = 0,
+                  bool DuplicateKeys = false, std::int32_t BlockingFactor = 0, bool Orb = false);
     void KFind(const LogicalFileArgument& LogicalFile, ByteString& Buff, ByteString& Key, std::int32_t& Rec,
                bool Orb = false);
     void KLast(const LogicalFileArgument& LogicalFile, ByteString& Buff, ByteString& Key, std::int32_t& Rec,
@@ -91,7 +93,8 @@ class cBusinessBasic {
     std::vector<ByteString> Split(ByteString Expression, ByteString Delimiter = " ", std::int32_t Limit = -1,
                                   std::int32_t Compare = 0);
     std::int32_t Sys(std::int32_t Value);
-    void Stma(StmaValue Var1, StmaValue& Var2, StmaValue& Var3, StmaValue& Var4, StmaValue& Var5, StmaValue& Var6);
+    void Stma(StmaValue Var1, StmaValue& Var2, StmaValue& Var3, StmaValue& Var4, StmaValue& Var5,
+              StmaValue& Var6);
 
   private:
     platform::WindowServices& mWindow;

@@ -1,5 +1,5 @@
-// The keyed collections of the engine (cLinks, cOpenFiles, cLogicalFiles): ordered by insertion, reached by 1-based index
-// or by key, keys without regard to letter case. Members may be added without a key.
+// The keyed collections of the engine (cLinks, cOpenFiles, cLogicalFiles): ordered by insertion, reached by
+// 1-based index or by key, keys without regard to letter case. Members may be added without a key.
 #pragma once
 
 #include <algorithm>
@@ -74,7 +74,8 @@ class cCollection {
         Entry entry{std::move(member), platform::FoldedBytes(key), !key.empty()};
         if (entry.HasKey && !mByKey.emplace(entry.Key, entry.Value).second) {
             constexpr int KeyInUse = 457;
-            throw platform::Error(KeyInUse, "", "This key is already associated with an element of this collection");
+            throw platform::Error(KeyInUse, "",
+                                  "This key is already associated with an element of this collection");
         }
         mEntries.push_back(std::move(entry));
     }

@@ -21,11 +21,11 @@ struct cEpcInfo {
 
 class cSystem {
   public:
-    ByteString mUNCDrive;    // server name
-    ByteString mDirectory;   // site directory name
-    ByteString TerminalID;   // terminal number of this workstation, "0" when none
+    ByteString mUNCDrive;   // server name
+    ByteString mDirectory;  // site directory name
+    ByteString TerminalID;  // terminal number of this workstation, "0" when none
     ByteString ComputerName;
-    ByteString IP;           // dotted form
+    ByteString IP;  // dotted form
 
     /// The site's link directory, \\server\KSTLLNK\directory.
     ByteString KSTLLNK() const { return LinkShare() + mDirectory; }

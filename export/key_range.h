@@ -1,4 +1,5 @@
-// Key ranges: what ticking a table does, the rules of the range dialog, and the start key that a chosen range gives.
+// Key ranges: what ticking a table does, the rules of the range dialog, and the start key that a chosen range
+// gives.
 #pragma once
 
 #include <cstdint>
@@ -30,8 +31,8 @@ struct RangeObjection {
 /// The catalogue's values for the boxes of the positioned `LogicalIndexDefinition` row.
 RangeTexts CatalogueRange(dao::Recordset& row, const std::u16string& tableName);
 
-/// Tests the boxes' texts after box was left. When nothing objects, the row's override for that box is stored. Raises 13
-/// for an empty text or one that is no number, 6 for one beyond 32 bits.
+/// Tests the boxes' texts after box was left. When nothing objects, the row's override for that box is
+/// stored. Raises 13 for an empty text or one that is no number, 6 for one beyond 32 bits.
 std::optional<RangeObjection> LeaveRangeBox(dao::Recordset& row, RangeBox box, const std::string& start,
                                             const std::string& end);
 
@@ -40,12 +41,13 @@ class RangeDialog {
   public:
     virtual ~RangeDialog() = default;
 
-    /// Shows the texts and waits until the operator closes the dialog. row stands on the table's key description.
+    /// Shows the texts and waits until the operator closes the dialog. row stands on the table's key
+    /// description.
     virtual void ShowModal(dao::Recordset& row, const RangeTexts& texts) = 0;
 };
 
-/// The click of a check box: opens the table's files, counts its records, lets the operator narrow a keyed table's range and
-/// sets the tool tip; clears the tool tip when the box was cleared.
+/// The click of a check box: opens the table's files, counts its records, lets the operator narrow a keyed
+/// table's range and sets the tool tip; clears the tool tip when the box was cleared.
 void x_SelectedTable_Click(catalogue::InterfaceState& state, catalogue::TableList& list,
                            platform::WindowServices& window, RangeDialog& dialog, std::int16_t Index);
 

@@ -11,7 +11,8 @@ namespace platform {
 namespace detail {
 
 constexpr std::int32_t Narrow(std::int64_t value) {
-    if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max()) {
+    if (value < std::numeric_limits<std::int32_t>::min() ||
+        value > std::numeric_limits<std::int32_t>::max()) {
         throw Error(Overflow);
     }
     return static_cast<std::int32_t>(value);
@@ -19,12 +20,20 @@ constexpr std::int32_t Narrow(std::int64_t value) {
 
 }  // namespace detail
 
-constexpr std::int32_t CheckedAdd(std::int32_t a, std::int32_t b) { return detail::Narrow(std::int64_t{a} + b); }
+constexpr std::int32_t CheckedAdd(std::int32_t a, std::int32_t b) {
+    return detail::Narrow(std::int64_t{a} + b);
+}
 
-constexpr std::int32_t CheckedSubtract(std::int32_t a, std::int32_t b) { return detail::Narrow(std::int64_t{a} - b); }
+constexpr std::int32_t CheckedSubtract(std::int32_t a, std::int32_t b) {
+    return detail::Narrow(std::int64_t{a} - b);
+}
 
-constexpr std::int32_t CheckedMultiply(std::int32_t a, std::int32_t b) { return detail::Narrow(std::int64_t{a} * b); }
+constexpr std::int32_t CheckedMultiply(std::int32_t a, std::int32_t b) {
+    return detail::Narrow(std::int64_t{a} * b);
+}
 
-constexpr std::int32_t CheckedNegate(std::int32_t a) { return detail::Narrow(-std::int64_t{a}); }
+constexpr std::int32_t CheckedNegate(std::int32_t a) {
+    return detail::Narrow(-std::int64_t{a});
+}
 
 }  // namespace platform

@@ -15,8 +15,12 @@ constexpr std::array<char16_t, 32> HighControls{
 
 constexpr char16_t Replacement = 0xFFFD;
 
-constexpr bool IsHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+constexpr bool IsHighSurrogate(char16_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+constexpr bool IsLowSurrogate(char16_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 /// Decodes one character from the front of text and removes its bytes; U+FFFD for an ill-formed byte.
 char32_t TakeUtf8(std::string_view& text) {
@@ -119,27 +123,39 @@ std::string Utf8FromWide(std::u16string_view text) {
     return utf8;
 }
 
-std::string Utf8FromBytes(std::string_view bytes) { return Utf8FromWide(WideFromBytes(bytes)); }
+std::string Utf8FromBytes(std::string_view bytes) {
+    return Utf8FromWide(WideFromBytes(bytes));
+}
 
 char16_t FoldCase(char16_t character) {
     if (character >= u'A' && character <= u'Z') return static_cast<char16_t>(character + 0x20);
-    if (character >= 0xC0 && character <= 0xDE && character != 0xD7) return static_cast<char16_t>(character + 0x20);
+    if (character >= 0xC0 && character <= 0xDE && character != 0xD7)
+        return static_cast<char16_t>(character + 0x20);
     switch (character) {
-        case 0x0160: return 0x0161;
-        case 0x0152: return 0x0153;
-        case 0x017D: return 0x017E;
-        case 0x0178: return 0x00FF;
-        default: return character;
+        case 0x0160:
+            return 0x0161;
+        case 0x0152:
+            return 0x0153;
+        case 0x017D:
+            return 0x017E;
+        case 0x0178:
+            return 0x00FF;
+        default:
+            return character;
     }
 }
 
 char FoldByte(char byte) {
     const char16_t folded = FoldCase(WideFromByte(static_cast<std::uint8_t>(byte)));
     switch (folded) {
-        case 0x0161: return static_cast<char>(0x9A);
-        case 0x0153: return static_cast<char>(0x9C);
-        case 0x017E: return static_cast<char>(0x9E);
-        default: return folded <= 0xFF ? static_cast<char>(static_cast<std::uint8_t>(folded)) : byte;
+        case 0x0161:
+            return static_cast<char>(0x9A);
+        case 0x0153:
+            return static_cast<char>(0x9C);
+        case 0x017E:
+            return static_cast<char>(0x9E);
+        default:
+            return folded <= 0xFF ? static_cast<char>(static_cast<std::uint8_t>(folded)) : byte;
     }
 }
 

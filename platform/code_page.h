@@ -1,5 +1,6 @@
-// Windows code page 1252: what the business's bytes stand for. Bytes become Unicode only where they enter a data-access
-// value or a widget. The five undefined bytes 81 8D 8F 90 9D stand for the control characters of the same number.
+// Windows code page 1252: what the business's bytes stand for. Bytes become Unicode only where they enter a
+// data-access value or a widget. The five undefined bytes 81 8D 8F 90 9D stand for the control characters of
+// the same number.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +25,8 @@ std::string Utf8FromWide(std::u16string_view text);
 /// Bytes of code page 1252 as UTF-8, for messages.
 std::string Utf8FromBytes(std::string_view bytes);
 
-/// A character without letter case. Folds the letters of code page 1252 and leaves every other character alone.
+/// A character without letter case. Folds the letters of code page 1252 and leaves every other character
+/// alone.
 char16_t FoldCase(char16_t character);
 
 /// The same for one byte of code page 1252.

@@ -1,5 +1,6 @@
-// The one exception type of the whole system. Engine errors, run-time errors of the platform and data-access errors
-// are all a triple of number, source and description; tests and callers compare all three. Texts are UTF-8.
+// The one exception type of the whole system. Engine errors, run-time errors of the platform and data-access
+// errors are all a triple of number, source and description; tests and callers compare all three. Texts are
+// UTF-8.
 #pragma once
 
 #include <exception>
@@ -31,8 +32,8 @@ class Error : public std::exception {
     /// A run-time error of the platform: no source, and the standard text that belongs to the number.
     explicit Error(int number);
 
-    /// The same error with the path it concerns. The path goes into the report on standard error only; number, source
-    /// and description stay what they are.
+    /// The same error with the path it concerns. The path goes into the report on standard error only;
+    /// number, source and description stay what they are.
     Error WithPath(std::string_view path) const;
 
     const char* what() const noexcept override { return mReport.c_str(); }
@@ -48,8 +49,8 @@ class Error : public std::exception {
     std::string mReport;
 };
 
-/// The standard text of a run-time error number, such as "Overflow" for 6; "Application-defined or object-defined
-/// error" for a number that has none.
+/// The standard text of a run-time error number, such as "Overflow" for 6; "Application-defined or
+/// object-defined error" for a number that has none.
 std::string RunTimeErrorText(int number);
 
 }  // namespace platform

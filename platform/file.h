@@ -1,5 +1,6 @@
-// Byte access to one open file by position, shared with other processes. Paths are the texts that the rest of the system
-// uses (\\SERVER\SHARE\..., X:\... or the system's own form); a path is resolved once, when the file is opened.
+// Byte access to one open file by position, shared with other processes. Paths are the texts that the rest of
+// the system uses (\\SERVER\SHARE\..., X:\... or the system's own form); a path is resolved once, when the
+// file is opened.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +18,7 @@ namespace platform {
 bool FileExists(std::string_view path);
 
 /// Deletes a file. Raises 53 when there is none, 70 when the system refuses, 75 otherwise.
-void DeleteFile(std::string_view path);
+void RemoveFile(std::string_view path);
 
 /// The lines of a text file without their ends (CR LF or LF); nothing when the file cannot be opened.
 std::optional<std::vector<std::string>> ReadLines(std::string_view path);
@@ -31,8 +32,8 @@ class File {
         CreateNew           // must not exist
     };
 
-    /// Raises 53 (no such file), 75 (exists already, or may not be opened), 76 (no such folder) or 70 (in use), each with
-    /// the path.
+    /// Raises 53 (no such file), 75 (exists already, or may not be opened), 76 (no such folder) or 70 (in
+    /// use), each with the path.
     static std::unique_ptr<File> Open(std::string_view path, Mode mode);
 
     ~File();
@@ -47,12 +48,12 @@ class File {
     /// Length in bytes. Raises 57.
     std::uint64_t Length() const;
 
-    /// Reads from 0-based offset into buffer; returns how many bytes there were, fewer than asked for at the end of the
-    /// file only. Raises 57.
+    /// Reads from 0-based offset into buffer; returns how many bytes there were, fewer than asked for at the
+    /// end of the file only. Raises 57.
     std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> buffer) const;
 
-    /// Writes all bytes at 0-based offset; the file grows as needed. Raises 75 when open for reading only, 61 on a full
-    /// disk, 57 otherwise.
+    /// Writes all bytes at 0-based offset; the file grows as needed. Raises 75 when open for reading only, 61
+    /// on a full disk, 57 otherwise.
     void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes);
 
     /// Cuts or extends to length bytes. Raises 57 or 61.
@@ -61,7 +62,8 @@ class File {
     /// Hands everything written to the disk. Raises 57 or 61.
     void Sync();
 
-    /// Takes the advisory lock of the whole file without waiting; false when another process holds a lock in the way.
+    /// Takes the advisory lock of the whole file without waiting; false when another process holds a lock in
+    /// the way.
     enum class Lock { Shared, Exclusive };
     bool TryLock(Lock kind);
 

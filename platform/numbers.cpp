@@ -21,9 +21,13 @@ std::string_view Trimmed(std::string_view text) {
 
 }  // namespace
 
-std::string PlainDecimal(std::int32_t value) { return std::to_string(value); }
+std::string PlainDecimal(std::int32_t value) {
+    return std::to_string(value);
+}
 
-std::string LeadingBlankDecimal(std::int32_t value) { return (value < 0 ? "" : " ") + std::to_string(value); }
+std::string LeadingBlankDecimal(std::int32_t value) {
+    return (value < 0 ? "" : " ") + std::to_string(value);
+}
 
 std::string LeadingBlankDecimal(double value) {
     std::array<char, 32> buffer{};
@@ -56,6 +60,8 @@ double RealFromText(std::string_view text) {
     return value;
 }
 
-std::int32_t LongFromText(std::string_view text) { return RoundToLong(RealFromText(text)); }
+std::int32_t LongFromText(std::string_view text) {
+    return RoundToLong(RealFromText(text));
+}
 
 }  // namespace platform

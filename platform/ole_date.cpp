@@ -73,9 +73,13 @@ CalendarDay OleDate::Calendar() const {
             static_cast<int>(static_cast<unsigned>(day.day()))};
 }
 
-std::int32_t OleDate::DayNumber() const { return RoundToLong(std::trunc(Serial)); }
+std::int32_t OleDate::DayNumber() const {
+    return RoundToLong(std::trunc(Serial));
+}
 
-bool OleDate::HasTimeOfDay() const { return std::trunc(Serial) != Serial; }
+bool OleDate::HasTimeOfDay() const {
+    return std::trunc(Serial) != Serial;
+}
 
 std::optional<OleDate> DateFromCalendar(CalendarDay day) {
     constexpr int FirstYear = 100;
@@ -100,7 +104,8 @@ OleDate LocalNow() {
 #endif
     constexpr double SecondsPerDay = 86400;
     const int secondOfDay = (parts.tm_hour * 60 + parts.tm_min) * 60 + parts.tm_sec;
-    const OleDate midnight = DateFromCalendar({parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday}).value();
+    const OleDate midnight =
+        DateFromCalendar({parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday}).value();
     return OleDate{midnight.Serial + secondOfDay / SecondsPerDay};
 }
 
@@ -114,16 +119,16 @@ OleDate DateFromText(std::string_view text) {
     const std::vector<int> numbers = NumbersOf(text);
     if (numbers.size() == 3) {
         for (const DateOrder& order : Orders) {
-            const auto date = DateFromCalendar(
-                {FullYear(numbers[order.Year]), numbers[order.Month], numbers[order.Day]});
+            const auto date =
+                DateFromCalendar({FullYear(numbers[order.Year]), numbers[order.Month], numbers[order.Day]});
             if (date) return *date;
         }
     } else if (numbers.size() == 2) {
         const int thisYear = LocalNow().Calendar().Year;
-        for (const auto& candidate : {CalendarDay{thisYear, numbers[0], numbers[1]},
-                                      CalendarDay{thisYear, numbers[1], numbers[0]},
-                                      CalendarDay{FullYear(numbers[1]), numbers[0], 1},
-                                      CalendarDay{FullYear(numbers[0]), numbers[1], 1}}) {
+        for (const auto& candidate :
+             {CalendarDay{thisYear, numbers[0], numbers[1]}, CalendarDay{thisYear, numbers[1], numbers[0]},
+              CalendarDay{FullYear(numbers[1]), numbers[0], 1},
+              CalendarDay{FullYear(numbers[0]), numbers[1], 1}}) {
             if (const auto date = DateFromCalendar(candidate)) return *date;
         }
     }
@@ -138,12 +143,15 @@ std::string ShortDateText(OleDate date) {
         const double fraction = std::fabs(date.Serial - std::trunc(date.Serial));
         const long seconds = std::lround(fraction * SecondsPerDay) % SecondsPerDay;
         std::array<char, 32> time{};
-        std::snprintf(time.data(), time.size(), " %02ld:%02ld:%02ld", seconds / 3600, seconds / 60 % 60, seconds % 60);
+        std::snprintf(time.data(), time.size(), " %02ld:%02ld:%02ld", seconds / 3600, seconds / 60 % 60,
+                      seconds % 60);
         text += time.data();
     }
     return text;
 }
 
-void ReplaceShortDateForm(ShortDateForm form) { gShortDateForm = form; }
+void ReplaceShortDateForm(ShortDateForm form) {
+    gShortDateForm = form;
+}
 
 }  // namespace platform

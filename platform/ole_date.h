@@ -1,5 +1,5 @@
-// Dates as the platform keeps them: days since 30 December 1899 as a double, the fraction being the time of day. The
-// fraction counts forwards also before day 0, so -1.25 is 29 December 1899, 06:00.
+// Dates as the platform keeps them: days since 30 December 1899 as a double, the fraction being the time of
+// day. The fraction counts forwards also before day 0, so -1.25 is 29 December 1899, 06:00.
 #pragma once
 
 #include <cstdint>
@@ -35,16 +35,17 @@ std::optional<OleDate> DateFromCalendar(CalendarDay day);
 /// The workstation's local date and time.
 OleDate LocalNow();
 
-/// A two-digit year in full: 30 to 99 are 1930 to 1999, 0 to 29 are 2000 to 2029. Other numbers stay as they are.
+/// A two-digit year in full: 30 to 99 are 1930 to 1999, 0 to 29 are 2000 to 2029. Other numbers stay as they
+/// are.
 int FullYear(int year);
 
-/// Reads a date text of two or three numbers parted by "/", "-" or blanks, month/day/year first; when that is no date, the
-/// other orders that the platform's date reading tries (YMD, MYD, YDM, DMY). Two numbers are month and day of the current
-/// year, else month and year. Raises 13 when nothing fits.
+/// Reads a date text of two or three numbers parted by "/", "-" or blanks, month/day/year first; when that is
+/// no date, the other orders that the platform's date reading tries (YMD, MYD, YDM, DMY). Two numbers are
+/// month and day of the current year, else month and year. Raises 13 when nothing fits.
 OleDate DateFromText(std::string_view text);
 
-/// The date's text in the system's short-date form (mm/dd/yy unless the system says otherwise), followed by a blank and
-/// hh:mm:ss when there is a time of day.
+/// The date's text in the system's short-date form (mm/dd/yy unless the system says otherwise), followed by a
+/// blank and hh:mm:ss when there is a time of day.
 std::string ShortDateText(OleDate date);
 
 /// Replaces the short-date form, for tests; an empty function brings the system's own form back.

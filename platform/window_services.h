@@ -1,5 +1,6 @@
-// The window as the routines below it see it: message boxes, the status text, the hex display, the pointer, and the
-// moments in which pending events are handled. The real window implements it; tests and benchmarks bring their own.
+// The window as the routines below it see it: message boxes, the status text, the hex display, the pointer,
+// and the moments in which pending events are handled. The real window implements it; tests and benchmarks
+// bring their own.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +27,8 @@ class WindowServices {
     /// Sets the status text (UTF-8) and repaints it at once.
     virtual void SetStatus(const std::string& text) = 0;
 
-    /// The same for the text of a running export; kept as two numbers and turned into text (ProgressText) when events are
-    /// about to be dispatched and when the run ends.
+    /// The same for the text of a running export; kept as two numbers and turned into text (ProgressText)
+    /// when events are about to be dispatched and when the run ends.
     virtual void SetProgress(std::int32_t count, std::int32_t total) = 0;
 
     /// Shows a text in the hex display and waits until it is closed.

@@ -1,5 +1,6 @@
-// Data-access objects: an open Access database, its table definitions and its recordsets. Names are looked up without
-// regard to letter case. A database is closed by Close or when its last handle goes; its objects then raise 3420.
+// Data-access objects: an open Access database, its table definitions and its recordsets. Names are looked up
+// without regard to letter case. A database is closed by Close or when its last handle goes; its objects then
+// raise 3420.
 #pragma once
 
 #include <memory>
@@ -38,8 +39,8 @@ class Database : public std::enable_shared_from_this<Database> {
     virtual void Close() = 0;
 };
 
-/// Opens an existing database, shared and writable. Raises 3024 (no such file), 3343 (not an Access database of a known
-/// format), 3051 (may not be opened).
+/// Opens an existing database, shared and writable. Raises 3024 (no such file), 3343 (not an Access database
+/// of a known format), 3051 (may not be opened).
 std::shared_ptr<Database> OpenDatabase(std::string_view path);
 
 /// Creates a new database in the Jet 4 format with the locale ";LANGID=0x0409;CP=1252;COUNTRY=0".

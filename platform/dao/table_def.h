@@ -1,5 +1,5 @@
-// Definitions of tables, columns and indexes: made empty, filled, then appended to what they belong to. Nothing reaches the
-// file before the append.
+// Definitions of tables, columns and indexes: made empty, filled, then appended to what they belong to.
+// Nothing reaches the file before the append.
 #pragma once
 
 #include <memory>
@@ -60,9 +60,9 @@ class Indexes {
   public:
     virtual ~Indexes() = default;
 
-    /// Adds the index and builds it over the rows there are. Raises 3375 (name in use), 3283 (second primary key), 3264
-    /// (no column), 3409 (unknown column), 3277 (more than 10 columns), 3039 (more than 32 indexes), 3022 (rows that a
-    /// unique index forbids), 3058 (Null where it is forbidden).
+    /// Adds the index and builds it over the rows there are. Raises 3375 (name in use), 3283 (second primary
+    /// key), 3264 (no column), 3409 (unknown column), 3277 (more than 10 columns), 3039 (more than 32
+    /// indexes), 3022 (rows that a unique index forbids), 3058 (Null where it is forbidden).
     virtual void Append(const Index& index) = 0;
 
     virtual int Count() const = 0;
@@ -81,8 +81,8 @@ class TableDef {
     /// A key column of an index, by name only.
     virtual Field CreateField(std::u16string_view name) const = 0;
 
-    /// Adds a column to a definition that is not appended yet. Raises 3380 (name in use), 3190 (more than 255), 3271 (a
-    /// Text size over 255), 3125 (not a valid name).
+    /// Adds a column to a definition that is not appended yet. Raises 3380 (name in use), 3190 (more than
+    /// 255), 3271 (a Text size over 255), 3125 (not a valid name).
     virtual void AppendField(const Field& field) = 0;
 
     virtual const std::vector<Field>& Fields() const = 0;

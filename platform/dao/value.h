@@ -1,5 +1,5 @@
-// A value of a data-access field: Null, Boolean, Long, Double, Currency, Date, Text or bytes. Byte, Integer and Long
-// columns give std::int32_t, Single and Double columns double, Text and Memo columns UTF-16.
+// A value of a data-access field: Null, Boolean, Long, Double, Currency, Date, Text or bytes. Byte, Integer
+// and Long columns give std::int32_t, Single and Double columns double, Text and Memo columns UTF-16.
 #pragma once
 
 #include <cstdint>
@@ -14,10 +14,12 @@ using Null = std::monostate;
 using jet::Currency;
 using jet::Value;
 
-inline bool IsNull(const Value& value) { return std::holds_alternative<Null>(value); }
+inline bool IsNull(const Value& value) {
+    return std::holds_alternative<Null>(value);
+}
 
-/// The value as a 32-bit integer, reals rounded half to even. Raises 94 for Null, 13 for a text that is no number, 6 out
-/// of range.
+/// The value as a 32-bit integer, reals rounded half to even. Raises 94 for Null, 13 for a text that is no
+/// number, 6 out of range.
 std::int32_t ToLong(const Value& value);
 
 /// The value as a real. Raises 94 for Null, 13 for a text that is no number.

@@ -21,8 +21,10 @@ struct Binary {
     bool operator==(const Binary&) const = default;
 };
 
-/// Byte, Integer and Long columns hold std::int32_t, Single and Double columns double, Text and Memo columns UTF-16.
-using Value = std::variant<std::monostate, bool, std::int32_t, double, Currency, platform::OleDate, std::u16string, Binary>;
+/// Byte, Integer and Long columns hold std::int32_t, Single and Double columns double, Text and Memo columns
+/// UTF-16.
+using Value = std::variant<std::monostate, bool, std::int32_t, double, Currency, platform::OleDate,
+                           std::u16string, Binary>;
 
 /// Column types by their number in the file.
 enum class ColumnType : std::uint8_t {

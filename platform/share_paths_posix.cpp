@@ -1,0 +1,153 @@
+// How \\SERVER\SHARE\rest and X:\rest become paths of a POSIX system. A share is looked for, first match,
+// under the settings' [Shares] Root, among the mounted shares, and among the desktop's virtual folders; a
+// drive letter stands in the settings' [Drives]. Below that base every component is matched without regard to
+// letter case.
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+#include "platform/code_page.h"
+#include "platform/share_mounts.h"
+#include "platform/site.h"
+
+namespace platform {
+
+namespace fs = std::filesystem;
+
+const char PathSeparator = '/';
+
+namespace {
+
+constexpr const char* MountTable = "/proc/self/mountinfo";
+
+/// Names come as UTF-8 from settings and dialogs, as code page 1252 from the business's files.
+std::string Utf8Name(std::string_view name) {
+    const bool isUtf8 = WideFromUtf8(name).find(u'\xFFFD') == std::u16string::npos;
+    return isUtf8 ? std::string(name) : Utf8FromBytes(name);
+}
+
+std::vector<std::string> Components(std::string_view path) {
+    std::vector<std::string> names;
+    while (!path.empty()) {
+        const auto end = std::min(path.find_first_of("\\/"), path.size());
+        if (end > 0) names.push_back(Utf8Name(path.substr(0, end)));
+        path.remove_prefix(std::min(end + 1, path.size()));
+    }
+    return names;
+}
+
+std::vector<std::string> EntriesOf(const fs::path& folder) {
+    std::vector<std::string> names;
+    std::error_code failure;
+    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        names.push_back(entry->path().filename().string());
+    }
+    return names;
+}
+
+/// The entry of folder that name means: the exact one, else the first in byte order that differs in letter
+/// case only, else name itself, which does not exist then.
+fs::path Descend(const fs::path& folder, const std::string& name) {
+    std::error_code failure;
+    if (fs::exists(folder / name, failure)) return folder / name;
+    const std::u16string wanted = WideFromUtf8(name);
+    std::string best;
+    for (const std::string& entry : EntriesOf(folder)) {
+        if (EqualFolded(WideFromUtf8(entry), wanted) && (best.empty() || entry < best)) best = entry;
+    }
+    return folder / (best.empty() ? name : best);
+}
+
+fs::path DescendAll(fs::path folder, std::span<const std::string> names) {
+    for (const std::string& name : names) folder = Descend(folder, name);
+    return folder;
+}
+
+bool Exists(const fs::path& path) {
+    std::error_code failure;
+    return fs::exists(path, failure);
+}
+
+std::string MountInfo() {
+    std::ifstream table(MountTable);
+    return {std::istreambuf_iterator<char>(table), {}};
+}
+
+std::optional<fs::path> SharePath(std::span<const std::string> names) {
+    constexpr std::size_t ServerAndShare = 2;
+    if (names.size() < ServerAndShare) return std::nullopt;
+
+    if (const std::string root = Setting("Shares", "Root", ""); !root.empty()) {
+        const fs::path share = DescendAll(root, names.first(ServerAndShare));
+        if (Exists(share)) return DescendAll(share, names.subspan(ServerAndShare));
+    }
+    if (const auto mount = FindShareMount(MountInfo(), names)) {
+        return DescendAll(mount->Folder, names.subspan(mount->Components));
+    }
+    if (const char* const runtime = std::getenv("XDG_RUNTIME_DIR"); runtime != nullptr) {
+        const fs::path virtualFolders = fs::path(runtime) / "gvfs";
+        if (const auto name = FindVirtualShare(EntriesOf(virtualFolders), names[0], names[1])) {
+            return DescendAll(virtualFolders / *name, names.subspan(ServerAndShare));
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<fs::path> DrivePath(char letter, std::span<const std::string> names) {
+    const std::string root = Setting("Drives", std::string(1, letter), "");
+    if (root.empty()) return std::nullopt;
+    return DescendAll(root, names);
+}
+
+bool StartsWithDrive(std::string_view path) {
+    const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+    return path.size() >= 2 && isLetter(path[0]) && path[1] == ':';
+}
+
+/// A component that climbs, or that names a drive in the middle of a path, would leave the share.
+bool LeavesItsRoot(std::span<const std::string> names) {
+    return std::any_of(names.begin(), names.end(), [](const std::string& name) {
+        return name == ".." || name.find(':') != std::string::npos;
+    });
+}
+
+}  // namespace
+
+std::optional<std::string> ResolvePath(std::string_view path) {
+    const bool isShare = path.starts_with("\\\\");
+    const bool isDrive = !isShare && StartsWithDrive(path);
+    const bool isMixed = path.starts_with('/') && path.find('\\') != std::string_view::npos;
+    if (!isShare && !isDrive && !isMixed) return std::string(path);
+
+    const std::vector<std::string> names = Components(isDrive ? path.substr(2) : path);
+    std::optional<fs::path> resolved;
+    if (isMixed) {
+        resolved = DescendAll("/", names);
+    } else if (!LeavesItsRoot(names)) {
+        resolved = isShare ? SharePath(names) : DrivePath(path.front(), names);
+    }
+    if (!resolved) return std::nullopt;
+    return resolved->string();
+}
+
+bool ShareAnswers(std::string_view root) {
+    const auto folder = ResolvePath(root);
+    if (!folder) return false;
+    std::error_code failure;
+    const fs::directory_iterator listing(*folder, failure);
+    return !failure;
+}
+
+std::string ListedName(std::string_view path) {
+    const auto resolved = ResolvePath(path);
+    if (!resolved || !Exists(*resolved)) return {};
+    if (path.ends_with(PathSeparator) || path.ends_with('\\')) return ".";
+    return fs::path(*resolved).filename().string();
+}
+
+}  // namespace platform
