@@ -1,0 +1,180 @@
+// A database file as numbered pages: opening and creating it, a bounded cache of its pages, allocation of
+// pages, the advisory lock and the order in which changed pages reach the disk.
+//
+// Pages are handed out as PageHandles that pin them in the cache. In an Exclusive file (our own new target)
+// changed pages stay in the cache until Flush, or until Settle finds that they fill half of it. In a Shared
+// file (one that another program may have open) nothing outlives its last handle: a page is read when it is
+// asked for, and the changes of one SharedChange are written when it commits.
+//
+// Changed pages are written in an order that leaves the file readable when the process is killed in between:
+// long values, rows, index leaves, index nodes, usage maps, table definitions, the global map, the header.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file.h"
+#include "platform/jet/errors.h"
+#include "platform/jet/format.h"
+
+namespace jet {
+
+class PageAllocator;
+class PageFile;
+
+/// One page, held in memory as long as the handle lives. Handles of the same page share its bytes.
+class PageHandle {
+  public:
+    PageHandle() = default;
+    ~PageHandle() { Release(); }
+    PageHandle(PageHandle&& other) noexcept;
+    PageHandle& operator=(PageHandle&& other) noexcept;
+
+    explicit operator bool() const { return mFrame != nullptr; }
+    std::uint32_t Number() const { return mFrame->Number; }
+    PageType Type() const { return static_cast<PageType>(mFrame->Bytes[0]); }
+    const std::uint8_t* Data() const { return mFrame->Bytes.get(); }
+
+    /// The page's bytes for changing; the page counts as changed from now on.
+    std::uint8_t* Change();
+
+    /// Gives the page back before the handle ends.
+    void Release();
+
+  private:
+    friend class PageFile;
+
+    struct Frame {
+        std::uint32_t Number = 0;
+        std::uint32_t Pins = 0;
+        bool Changed = false;
+        bool Recent = false;
+        std::unique_ptr<std::uint8_t[]> Bytes;
+    };
+
+    PageHandle(PageFile& file, Frame& frame);
+
+    PageFile* mFile = nullptr;
+    Frame* mFrame = nullptr;
+};
+
+enum class Sharing { Exclusive, Shared };
+
+struct PageFileLimits {
+    std::size_t CacheBytes = std::size_t{24} << 20;
+    std::uint32_t MaxPages = MaxPageCount;
+};
+
+class PageFile {
+  public:
+    /// A new Jet 4 file without pages, locked for this process. Raises 3204 (exists), 3044 (no such folder),
+    /// 3436.
+    static std::unique_ptr<PageFile> Create(std::string_view path, PageFileLimits limits = {});
+
+    /// Raises 3024 (no such file), 3044 (no such folder), 3051 (may not be opened, or locked by somebody
+    /// else), 3343 (not a database of Jet 3 or Jet 4, or an encrypted one).
+    static std::unique_ptr<PageFile> Open(std::string_view path, Sharing sharing, PageFileLimits limits = {});
+
+    ~PageFile();
+    PageFile(const PageFile&) = delete;
+    PageFile& operator=(const PageFile&) = delete;
+
+    const std::string& Path() const { return mFile->Path(); }
+    bool IsWritable() const { return mFile->IsWritable(); }
+    bool IsShared() const { return mSharing == Sharing::Shared; }
+    const Layout& Format() const { return *mLayout; }
+    Version FileVersion() const { return mLayout->FileVersion; }
+    std::uint32_t PageSize() const { return mLayout->PageSize; }
+    std::uint32_t PageCount() const { return mPageCount; }
+
+    /// The page of that number. Raises 3428 when the file has no such page, 3040 when it cannot be read.
+    PageHandle Read(std::uint32_t page);
+
+    /// The same, with the type checked. Raises 3428 for a page of another type.
+    PageHandle Read(std::uint32_t page, PageType type);
+
+    /// An allocated page, zeroed but for type and mark and counted as changed, without reading what the file
+    /// holds there.
+    PageHandle MakeNew(std::uint32_t page, PageType type);
+
+    /// Takes the lowest free page, or appends one; the global map knows at once. Raises 3036 at the limit.
+    std::uint32_t Allocate();
+
+    /// Gives a page back to the global map.
+    void Free(std::uint32_t page);
+
+    /// Raises 3036 unless that many further pages can be allocated. Called before a change that must be done
+    /// whole or not at all.
+    void Reserve(std::uint32_t pages) const;
+
+    /// Called between two changes, while all pages agree with each other: writes the changed pages of an
+    /// Exclusive file back once they take up half of the cache.
+    void Settle();
+
+    /// Writes every changed page. Raises 3026 (disk full), 3027 (opened for reading only), 3043.
+    void Flush();
+
+    /// Flush, then hands everything to the disk.
+    void Sync();
+
+    /// The error of a structure that cannot be right, 3428, with the file's path.
+    platform::Error Damaged() const;
+
+  private:
+    friend class PageHandle;
+    friend class PageAllocator;
+    friend class SharedChange;
+    using Frame = PageHandle::Frame;
+
+    PageFile(std::unique_ptr<platform::File> file, Sharing sharing, const Layout& layout,
+             PageFileLimits limits);
+
+    void CheckPage(std::uint32_t page);
+    void RefreshPageCount();
+    std::uint32_t AppendPage();
+    Frame* Cached(std::uint32_t page) const;
+    Frame& TakeFrame(std::uint32_t page);
+    Frame* CleanFrame();
+    void Load(Frame& frame);
+    void Forget(Frame& frame);
+    void Unpin(Frame& frame) noexcept;
+    void MarkChanged(Frame& frame);
+    void DiscardChanges() noexcept;
+    void WriteChanged();
+    void WriteRun(const std::vector<Frame*>& frames, std::size_t first, std::size_t count);
+
+    std::unique_ptr<platform::File> mFile;
+    Sharing mSharing;
+    const Layout* mLayout;
+    PageFileLimits mLimits;
+    std::uint32_t mPageCount = 0;
+    std::vector<std::unique_ptr<Frame>> mFrames;
+    std::vector<Frame*> mFrameOfPage;
+    std::size_t mFrameLimit;
+    std::size_t mClockHand = 0;
+    std::size_t mChangedCount = 0;
+    std::vector<std::uint8_t> mWriteBuffer;
+    std::unique_ptr<PageAllocator> mAllocator;
+};
+
+/// One change of a Shared file: what was changed is written by Commit, and forgotten when the object ends
+/// without it. In an Exclusive file it does nothing.
+class SharedChange {
+  public:
+    explicit SharedChange(PageFile& file) : mFile(file) {}
+    ~SharedChange();
+    SharedChange(const SharedChange&) = delete;
+    SharedChange& operator=(const SharedChange&) = delete;
+
+    /// Raises what PageFile::Flush raises.
+    void Commit();
+
+  private:
+    PageFile& mFile;
+    bool mCommitted = false;
+};
+
+}  // namespace jet
