@@ -1,0 +1,100 @@
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "platform/share_mounts.h"
+#include "platform/site.h"
+#include "tests/support/scratch.h"
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SharePaths : public testing::Test {
+  protected:
+    SharePaths()
+        : mConfig("XDG_CONFIG_HOME", (mFolder / "config").string()),
+          mRuntime("XDG_RUNTIME_DIR", (mFolder / "run").string()) {
+        test::WriteBytes(mFolder / "config/Vantora.conf",
+                         "[Shares]\nRoot=" + (mFolder / "share").string() +
+                             "\n[Drives]\nC=" + (mFolder / "drive_c").string() + "\n");
+        test::WriteBytes(mFolder / "share/SRV1/KSTLLNK/KSW/D01", "entries");
+        test::WriteBytes(mFolder / "drive_c/Program Files/Home.mdb", "catalogue");
+        test::WriteBytes(mFolder / "run/gvfs/smb-share:server=srv2,share=kstllnk,user=ops/LINKSFILE",
+                         "links");
+    }
+
+    std::string In(const std::string& rest) const { return (mFolder.Path() / rest).string(); }
+
+    test::ScratchFolder mFolder;
+    test::ScopedVariable mConfig;
+    test::ScopedVariable mRuntime;
+};
+
+TEST_F(SharePaths, ResolveThroughSettingsDrivesAndVirtualFolders) {
+    const std::pair<const char*, std::string> cases[]{
+        {R"(\\SRV1\KSTLLNK\KSW\D01)", In("share/SRV1/KSTLLNK/KSW/D01")},
+        {R"(\\srv1\kstllnk\ksw\d01)", In("share/SRV1/KSTLLNK/KSW/D01")},
+        {R"(\\SRV1\KSTLLNK\ksw\LATER)", In("share/SRV1/KSTLLNK/KSW/LATER")},
+        {R"(C:\program files\HOME.MDB)", In("drive_c/Program Files/Home.mdb")},
+        {R"(\\SRV2\KSTLLNK\linksfile)",
+         In("run/gvfs/smb-share:server=srv2,share=kstllnk,user=ops/LINKSFILE")},
+        {"/plain/path", "/plain/path"},
+    };
+    for (const auto& [path, resolved] : cases) EXPECT_EQ(ResolvePath(path), resolved) << path;
+    EXPECT_EQ(ResolvePath(In("share") + R"(\srv1\KSTLLNK)"), In("share/SRV1/KSTLLNK"));
+}
+
+TEST_F(SharePaths, WhatCannotBeResolved) {
+    for (const char* path :
+         {R"(\\SRV9\KSTLLNK\X)", R"(\\SRV1)", R"(X:\file)", R"(\\SRV1\KSTLLNK\..\..\secret)",
+          R"(C:\..\secret)", R"(\\SRV1\KSTLLNK\C:\secret)"}) {
+        EXPECT_FALSE(ResolvePath(path)) << path;
+    }
+}
+
+TEST_F(SharePaths, TheExactNameWinsThenTheFirstInByteOrder) {
+    for (const char* name : {"Name", "NAME", "nAme"})
+        test::WriteBytes(mFolder / "share/SRV1/KSTLLNK" / name, name);
+    EXPECT_EQ(ResolvePath(R"(\\SRV1\KSTLLNK\Name)"), In("share/SRV1/KSTLLNK/Name"));
+    EXPECT_EQ(ResolvePath(R"(\\SRV1\KSTLLNK\name)"), In("share/SRV1/KSTLLNK/NAME"));
+}
+
+TEST_F(SharePaths, AShareAnswersWhenItsFolderCanBeListed) {
+    EXPECT_TRUE(ShareAnswers(R"(\\SRV1\KSTLLNK\)"));
+    EXPECT_FALSE(ShareAnswers(R"(\\SRV1\OTHER\)"));
+    EXPECT_FALSE(ShareAnswers(R"(\\\KSTLLNK\)"));
+}
+
+TEST_F(SharePaths, ListedNamesComeAsTheFolderHoldsThem) {
+    EXPECT_EQ(ListedName(R"(c:\PROGRAM FILES)"), "Program Files");
+    EXPECT_EQ(ListedName(In("share") + "/"), ".");
+    EXPECT_EQ(ListedName(In("nothing")), "");
+}
+
+TEST(ShareMounts, AreFoundInTheMountTable) {
+    const std::string table =
+        "22 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
+        "31 22 0:40 / /mnt/old rw,relatime shared:7 - cifs //srv1/KSTLLNK rw,vers=3.0\n"
+        "32 22 0:41 / /mnt/data\\040share rw - smb3 //SRV1/kstllnk rw\n"
+        "33 22 0:42 / /mnt/sub rw - cifs //srv1/kstllnk rw,prefixpath=KSW\n"
+        "34 22 0:43 / /mnt/nfs rw - nfs srv1:/kstllnk rw\n";
+    const std::vector<std::string> other{"SRV1", "KSTLLNK", "LINKSFILE"};
+    const auto plain = FindShareMount(table, other);
+    ASSERT_TRUE(plain);
+    EXPECT_EQ(plain->Folder, "/mnt/data share");
+    EXPECT_EQ(plain->Components, 2U);
+
+    const std::vector<std::string> below{"SRV1", "KSTLLNK", "ksw", "D01"};
+    const auto deeper = FindShareMount(table, below);
+    ASSERT_TRUE(deeper);
+    EXPECT_EQ(deeper->Folder, "/mnt/sub");
+    EXPECT_EQ(deeper->Components, 3U);
+
+    const std::vector<std::string> unknown{"SRV2", "KSTLLNK"};
+    EXPECT_FALSE(FindShareMount(table, unknown));
+    EXPECT_FALSE(FindShareMount("garbage\n1 2 3 4 5 - cifs\n", other));
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,71 @@
+// Scratch folders and environment variables that last as long as a test.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace test {
+
+/// A fresh, empty folder named after the running test; removed at the end.
+class ScratchFolder {
+  public:
+    ScratchFolder() {
+        const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
+        std::string name = std::string("vantora-") + info->test_suite_name() + "-" + info->name() + "-XXXXXX";
+        for (char& c : name) c = c == '/' ? '.' : c;
+        std::string pattern = (std::filesystem::temp_directory_path() / name).string();
+        mPath = mkdtemp(pattern.data());
+    }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(mPath, ignored);
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return mPath; }
+    std::filesystem::path operator/(const std::string& name) const { return mPath / name; }
+
+  private:
+    std::filesystem::path mPath;
+};
+
+/// An environment variable set for the life of this object, then put back.
+class ScopedVariable {
+  public:
+    ScopedVariable(const char* name, const std::string& value) : mName(name) {
+        if (const char* const before = std::getenv(name); before != nullptr) mBefore = before;
+        setenv(name, value.c_str(), 1);
+    }
+    ~ScopedVariable() {
+        if (mBefore) {
+            setenv(mName, mBefore->c_str(), 1);
+        } else {
+            unsetenv(mName);
+        }
+    }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+  private:
+    const char* mName;
+    std::optional<std::string> mBefore;
+};
+
+inline void WriteBytes(const std::filesystem::path& path, std::string_view bytes) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+inline std::string ReadBytes(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+}  // namespace test
