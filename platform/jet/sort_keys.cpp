@@ -19,12 +19,10 @@
 // A descending key starts with 80 and has everything after it complemented; Jet 4 adds one byte 00.
 #include "platform/jet/sort_keys.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/error.h"
 #include "platform/jet/errors.h"
 #include "platform/jet/sort_weights.h"
 
@@ -38,7 +36,9 @@ constexpr std::size_t MaximumCharacters = 255;
 
 constexpr char SectionEnd = 0x01;
 constexpr char KeyEnd = 0x00;
-constexpr char SpecialMark = 0x06;
+constexpr std::size_t SpecialsLead = 3;  // section ends before the special characters
+constexpr std::size_t SpecialBase = 0x8003;
+constexpr std::uint8_t SpecialMark = 0x06;
 
 /// The part of a text that an index sees.
 std::u16string_view IndexedPart(std::u16string_view text) {
@@ -47,78 +47,79 @@ std::u16string_view IndexedPart(std::u16string_view text) {
     return text.substr(0, last == std::u16string_view::npos ? 0 : last + 1);
 }
 
-char* PutWeight(char* out, std::uint16_t weight) {
-    if (weight > 0xFF) *out++ = static_cast<char>(weight >> 8U);
-    *out++ = static_cast<char>(weight & 0xFFU);
-    return out;
-}
+/// Bytes of a key under construction, at most so many. Deliberately not cleared: a key is made for every row.
+template <std::size_t Capacity>
+class Section {
+  public:
+    void Put(std::size_t byte) { mBytes[mCount++] = static_cast<char>(byte & 0xFFU); }
+
+    /// One byte, or two for a weight from 100h on.
+    void PutWeight(std::uint16_t weight) {
+        if (weight > 0xFF) Put(weight >> 8U);
+        Put(weight);
+    }
+
+    std::size_t Count() const { return mCount; }
+    void Shorten(std::size_t count) { mCount = count; }
+    std::string_view View() const { return {mBytes.data(), mCount}; }
+
+  private:
+    std::array<char, Capacity> mBytes;
+    std::size_t mCount = 0;
+};
 
 void ComplementFrom(std::string& key, std::size_t start) {
     for (std::size_t i = start; i < key.size(); ++i) key[i] = static_cast<char>(~key[i]);
 }
 
-/// The three sections of a Jet 4 key under construction; every character adds at most so many bytes.
+/// The three sections of a Jet 4 key.
 class KeyParts4 {
   public:
     /// False for a character that has no weight in this order.
     bool Add(char16_t character) {
         const std::size_t place = PlaceOf(character);
         if (place == NotInRepertoire) return false;
-        const Weight weight = GeneralWeights4[place];
-        if (weight.Special != 0) {
-            AddSpecial(weight.Special);
-            return true;
-        }
+        const Weight& weight = GeneralWeights4[place];
+        if (weight.Special != 0) AddSpecial(weight.Special);
         if (weight.Units == 0) return true;
-        mPrimaryEnd = PutWeight(mPrimaryEnd, weight.Primary);
-        for (int unit = 0; unit < weight.Units; ++unit) mAccents[mUnits++] = static_cast<char>(weight.Accent);
-        if (weight.Accent != NoAccent) mAccentsKept = mUnits;
+        mPrimary.PutWeight(weight.Primary);
+        for (int unit = 0; unit < weight.Units; ++unit) mAccents.Put(weight.Accent);
+        if (weight.Accent != NoAccent) mAccentsKept = mAccents.Count();
         return true;
     }
 
     void AppendTo(std::string& key) const {
-        key.append(mPrimary.data(), mPrimaryEnd);
+        key += mPrimary.View();
         key += SectionEnd;
-        key.append(mAccents.data(), mAccentsKept);
-        if (mSpecialsEnd != mSpecials.data()) {
-            key.append(3, SectionEnd);
-            key.append(mSpecials.data(), mSpecialsEnd);
+        key += mAccents.View().substr(0, mAccentsKept);
+        if (mSpecials.Count() != 0) {
+            key.append(SpecialsLead, SectionEnd);
+            key += mSpecials.View();
         }
         key += KeyEnd;
     }
 
   private:
     void AddSpecial(std::uint8_t code) {
-        const std::size_t position = 0x8003U + 4U * (mUnits + 1);
-        *mSpecialsEnd++ = static_cast<char>(position >> 8U);
-        *mSpecialsEnd++ = static_cast<char>(position & 0xFFU);
-        *mSpecialsEnd++ = SpecialMark;
-        *mSpecialsEnd++ = static_cast<char>(code);
+        const std::size_t position = SpecialBase + 4 * (mAccents.Count() + 1);
+        mSpecials.Put(position >> 8U);
+        mSpecials.Put(position);
+        mSpecials.Put(SpecialMark);
+        mSpecials.Put(code);
     }
 
-    // Deliberately not cleared: a key is made for every row.
-    std::array<char, MaximumCharacters * 2> mPrimary;
-    std::array<char, MaximumCharacters * 2> mAccents;
-    std::array<char, MaximumCharacters * 4> mSpecials;
-    char* mPrimaryEnd = mPrimary.data();
-    char* mSpecialsEnd = mSpecials.data();
-    std::size_t mUnits = 0;
+    Section<MaximumCharacters * 2> mPrimary;
+    Section<MaximumCharacters * 2> mAccents;
+    Section<MaximumCharacters * 4> mSpecials;
     std::size_t mAccentsKept = 0;
 };
-
-/// Half bytes packed two to a byte, the first in the high half.
-void AppendPacked(std::string& key, const char* halves, std::size_t count) {
-    for (std::size_t i = 0; i < count; i += 2)
-        key +=
-            static_cast<char>(static_cast<unsigned>(halves[i]) << 4U | static_cast<unsigned>(halves[i + 1]));
-}
 
 }  // namespace
 
 void AppendTextKey4(std::string& key, std::u16string_view text, bool ascending) {
     KeyParts4 parts;
     for (const char16_t character : IndexedPart(text)) {
-        if (!parts.Add(character)) throw MakeError(InvalidArgument);
+        if (!parts.Add(character)) throw DataError(InvalidDataArgument);
     }
     key += ascending ? AscendingFlag : DescendingFlag;
     const std::size_t start = key.size();
@@ -129,28 +130,30 @@ void AppendTextKey4(std::string& key, std::u16string_view text, bool ascending) 
 }
 
 void AppendTextKey3(std::string& key, std::u16string_view text, bool ascending) {
-    // A half byte 0 first; behind the kept ones there is room for the closing 0 and the padding.
-    std::array<char, MaximumCharacters * 2 + 3> halves{};
-    std::size_t count = 1;
-    std::size_t kept = 1;
-    std::array<char, MaximumCharacters * 2> primary;
-    char* primaryEnd = primary.data();
+    Section<MaximumCharacters * 2> primary;
+    Section<MaximumCharacters * 2 + 3> halves;
+    halves.Put(0);
+    std::size_t kept = halves.Count();
     for (const char16_t character : IndexedPart(text)) {
         const std::size_t place = PlaceOf(character);
-        const Weight weight = GeneralWeights3[place == NotInRepertoire ? u'?' : place];
-        primaryEnd = PutWeight(primaryEnd, weight.Primary);
+        const Weight& weight = GeneralWeights3[place == NotInRepertoire ? u'?' : place];
+        primary.PutWeight(weight.Primary);
         if (weight.Accent == NoHalfByte) continue;
-        for (int unit = 0; unit < weight.Units; ++unit) halves[count++] = static_cast<char>(weight.Accent);
-        if (weight.Accent != PlainHalfByte) kept = count;
+        for (int unit = 0; unit < weight.Units; ++unit) halves.Put(weight.Accent);
+        if (weight.Accent != PlainHalfByte) kept = halves.Count();
     }
+    halves.Shorten(kept);
+
     key += ascending ? AscendingFlag : DescendingFlag;
     const std::size_t start = key.size();
-    key.append(primary.data(), primaryEnd);
-    if (kept == 1) {
-        key += KeyEnd;
+    key += primary.View();
+    if (kept > 1) {
+        halves.Put(0);
+        if (halves.Count() % 2 != 0) halves.Put(0);
+        for (std::size_t i = 0; i < halves.Count(); i += 2)
+            key += static_cast<char>(halves.View()[i] << 4 | halves.View()[i + 1]);
     } else {
-        std::fill(halves.begin() + static_cast<std::ptrdiff_t>(kept), halves.end(), '\0');
-        AppendPacked(key, halves.data(), kept + 1 + (kept + 1) % 2);
+        key += KeyEnd;
     }
     if (!ascending) ComplementFrom(key, start);
 }
