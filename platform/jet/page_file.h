@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -70,12 +71,13 @@ struct PageFileLimits {
 
 class PageFile {
   public:
-    /// A new Jet 4 file without pages, locked for this process. Raises 3204 (exists), 3044 (no such folder),
-    /// 3436.
+    /// A new Jet 4 file that holds header and global map only, locked for this process. Raises 3204 (exists),
+    /// 3044 (no such folder), 3436.
     static std::unique_ptr<PageFile> Create(std::string_view path, PageFileLimits limits = {});
 
-    /// Raises 3024 (no such file), 3044 (no such folder), 3051 (may not be opened, or locked by somebody
-    /// else), 3343 (not a database of Jet 3 or Jet 4, or an encrypted one).
+    /// Raises 3024 (no such file), 3044 (no such folder), 3051 (may not be opened, or locked by another
+    /// process), 3045 (asked for exclusively and open elsewhere), 3343 (not a database of Jet 3 or Jet 4, or
+    /// an encrypted one).
     static std::unique_ptr<PageFile> Open(std::string_view path, Sharing sharing, PageFileLimits limits = {});
 
     ~PageFile();
@@ -135,16 +137,16 @@ class PageFile {
     void CheckPage(std::uint32_t page);
     void RefreshPageCount();
     std::uint32_t AppendPage();
-    Frame* Cached(std::uint32_t page) const;
-    Frame& TakeFrame(std::uint32_t page);
+    Frame& TakeFrame();
     Frame* CleanFrame();
-    void Load(Frame& frame);
-    void Forget(Frame& frame);
+    void Load(Frame& frame, std::uint32_t page) const;
+    void Assign(Frame& frame, std::uint32_t page);
+    void Forget(Frame& frame) noexcept;
     void Unpin(Frame& frame) noexcept;
     void MarkChanged(Frame& frame);
     void DiscardChanges() noexcept;
     void WriteChanged();
-    void WriteRun(const std::vector<Frame*>& frames, std::size_t first, std::size_t count);
+    void WriteRun(std::span<Frame* const> run);
 
     std::unique_ptr<platform::File> mFile;
     Sharing mSharing;
@@ -152,7 +154,8 @@ class PageFile {
     PageFileLimits mLimits;
     std::uint32_t mPageCount = 0;
     std::vector<std::unique_ptr<Frame>> mFrames;
-    std::vector<Frame*> mFrameOfPage;
+    std::vector<Frame*> mFrameOfPage;  // null = not in memory
+    std::vector<Frame*> mFreeFrames;
     std::size_t mFrameLimit;
     std::size_t mClockHand = 0;
     std::size_t mChangedCount = 0;

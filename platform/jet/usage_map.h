@@ -43,9 +43,34 @@ class UsageMap {
     /// The lowest page of the map that is not below from.
     std::optional<std::uint32_t> Next(std::uint32_t from) const;
 
+    /// Whether the map has a place for the page's bit already.
+    bool Covers(std::uint32_t page) const { return Find(page).has_value(); }
+
   private:
+    /// The map's row on its page.
+    struct Extent {
+        PageHandle Holder;
+        std::size_t Start;
+        std::size_t Length;
+        std::uint8_t Type;
+        std::uint32_t FirstPage;
+
+        const std::uint8_t* Bytes() const { return Holder.Data() + Start; }
+        std::uint32_t PageEnd(const Layout& layout) const;
+    };
+
+    /// Where the bit of one page stands.
+    struct Bit {
+        PageHandle Holder;
+        std::size_t Byte;
+        std::uint8_t Mask;
+    };
+
+    Extent Locate() const;
+    std::optional<Bit> Find(std::uint32_t page) const;
+    std::optional<std::uint32_t> NextReferenced(const Extent& extent, std::uint32_t from) const;
+    void MakeRoomFor(std::uint32_t page);
     void TurnIntoReferences();
-    void AddToBitmapPage(std::uint32_t page);
 
     PageFile* mFile;
     RowPointer mRow;

@@ -1,0 +1,410 @@
+#include "platform/jet/page_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <utility>
+
+#include "platform/code_page.h"
+#include "platform/jet/bytes.h"
+#include "platform/jet/header_page.h"
+#include "platform/jet/page_allocator.h"
+
+namespace jet {
+
+namespace {
+
+constexpr std::uint32_t NoPage = 0xFFFFFFFF;
+constexpr std::size_t LeastFrames = 64;
+constexpr std::size_t LongestRun = 64;  // pages that go to the file in one call
+
+platform::Error OpenError(int number, std::string_view path) {
+    return DataError(number, platform::WideFromUtf8(path)).WithPath(path);
+}
+
+/// What a failed open of the file means in terms of data access.
+platform::Error TranslateOpen(const platform::Error& error, std::string_view path) {
+    switch (error.Number) {
+        case platform::FileNotFound:
+            return OpenError(FileNotThere, path);
+        case platform::PathNotFound:
+            return OpenError(InvalidPath, path);
+        case platform::DeviceIoError:
+            return OpenError(DiskOrNetwork, path);
+        default:
+            return OpenError(OpenedExclusively, path);
+    }
+}
+
+platform::Error TranslateWrite(const platform::Error& error, std::string_view path) {
+    switch (error.Number) {
+        case platform::DiskFull:
+            return OpenError(DiskSpace, path);
+        case platform::PathFileAccess:
+            return OpenError(ReadOnlyDatabase, path);
+        default:
+            return OpenError(DiskOrNetwork, path);
+    }
+}
+
+/// The place of a changed page in the order of writing: what is pointed to comes before what points to it.
+int WriteRank(const std::uint8_t* page, std::uint32_t number) {
+    if (number == HeaderPage) return 7;
+    if (number == GlobalMapPage) return 6;
+    switch (static_cast<PageType>(page[0])) {
+        case PageType::Data:
+            if (LoadU32(page + PageOwner) == LongValueOwner) return 0;
+            return LoadU32(page + PageOwner) == MapOwner ? 4 : 1;
+        case PageType::IndexLeaf:
+            return 2;
+        case PageType::IndexNode:
+            return 3;
+        case PageType::TableDef:
+            return 5;
+        default:
+            return 4;
+    }
+}
+
+}  // namespace
+
+// PageHandle
+
+PageHandle::PageHandle(PageFile& file, Frame& frame) : mFile(&file), mFrame(&frame) {
+    ++frame.Pins;
+    frame.Recent = true;
+}
+
+PageHandle::PageHandle(PageHandle&& other) noexcept
+    : mFile(std::exchange(other.mFile, nullptr)), mFrame(std::exchange(other.mFrame, nullptr)) {}
+
+PageHandle& PageHandle::operator=(PageHandle&& other) noexcept {
+    if (this != &other) {
+        Release();
+        mFile = std::exchange(other.mFile, nullptr);
+        mFrame = std::exchange(other.mFrame, nullptr);
+    }
+    return *this;
+}
+
+std::uint8_t* PageHandle::Change() {
+    mFile->MarkChanged(*mFrame);
+    return mFrame->Bytes.get();
+}
+
+void PageHandle::Release() {
+    if (mFrame != nullptr) mFile->Unpin(*std::exchange(mFrame, nullptr));
+}
+
+// PageFile: opening
+
+PageFile::PageFile(std::unique_ptr<platform::File> file, Sharing sharing, const Layout& layout,
+                   PageFileLimits limits)
+    : mFile(std::move(file)),
+      mSharing(sharing),
+      mLayout(&layout),
+      mLimits(limits),
+      mFrameLimit(std::max(limits.CacheBytes / layout.PageSize, LeastFrames)),
+      mAllocator(std::make_unique<PageAllocator>(*this)) {
+    mLimits.MaxPages = std::min(limits.MaxPages, MaxPageCount);
+}
+
+PageFile::~PageFile() = default;
+
+std::unique_ptr<PageFile> PageFile::Create(std::string_view path, PageFileLimits limits) {
+    if (platform::FileExists(path)) throw OpenError(DatabaseExists, path);
+    std::unique_ptr<platform::File> file;
+    try {
+        file = platform::File::Open(path, platform::File::Mode::CreateNew);
+    } catch (const platform::Error& error) {
+        throw OpenError(error.Number == platform::PathNotFound ? InvalidPath : CreationFailed, path);
+    }
+    if (!file->TryLock(platform::File::Lock::Exclusive)) throw OpenError(FileInUse, path);
+
+    std::unique_ptr<PageFile> pages(new PageFile(std::move(file), Sharing::Exclusive, Jet4Layout, limits));
+    pages->mPageCount = GlobalMapPage + 1;
+    pages->mFrameOfPage.resize(pages->mPageCount);
+    PageHandle header = pages->MakeNew(HeaderPage, PageType::Header);
+    BuildHeader({header.Change(), pages->PageSize()});
+    header.Release();
+    PageAllocator::MakeGlobalMap(*pages);
+    return pages;
+}
+
+std::unique_ptr<PageFile> PageFile::Open(std::string_view path, Sharing sharing, PageFileLimits limits) {
+    std::unique_ptr<platform::File> file;
+    std::array<std::uint8_t, HeaderHeadLength> head{};
+    std::size_t length = 0;
+    try {
+        file = platform::File::Open(path, platform::File::Mode::ReadWrite);
+        length = file->ReadAt(0, std::as_writable_bytes(std::span(head)));
+    } catch (const platform::Error& error) {
+        throw TranslateOpen(error, path);
+    }
+    const Layout* layout = length == head.size() ? RecogniseHeader(head) : nullptr;
+    if (layout == nullptr) throw OpenError(UnrecognizedFormat, path);
+
+    const auto lock =
+        sharing == Sharing::Shared ? platform::File::Lock::Shared : platform::File::Lock::Exclusive;
+    if (!file->TryLock(lock)) {
+        throw OpenError(sharing == Sharing::Shared ? OpenedExclusively : FileInUse, path);
+    }
+    std::unique_ptr<PageFile> pages(new PageFile(std::move(file), sharing, *layout, limits));
+    pages->RefreshPageCount();
+    return pages;
+}
+
+void PageFile::RefreshPageCount() {
+    std::uint64_t pages = 0;
+    try {
+        pages = mFile->Length() / PageSize();
+    } catch (const platform::Error&) {
+        throw OpenError(DiskRead, Path());
+    }
+    if (pages > MaxPageCount) throw OpenError(UnrecognizedFormat, Path());
+    mPageCount = static_cast<std::uint32_t>(pages);
+    mFrameOfPage.resize(std::max<std::size_t>(mPageCount, mFrameOfPage.size()));
+}
+
+platform::Error PageFile::Damaged() const {
+    return OpenError(DamagedDatabase, Path());
+}
+
+// PageFile: pages
+
+void PageFile::CheckPage(std::uint32_t page) {
+    // Another program may have made a shared file longer since its length was last asked for.
+    if (page >= mPageCount && IsShared() && mChangedCount == 0) RefreshPageCount();
+    if (page >= mPageCount) throw Damaged();
+}
+
+PageHandle PageFile::Read(std::uint32_t page) {
+    CheckPage(page);
+    if (Frame* cached = mFrameOfPage[page]) return {*this, *cached};
+    Frame& frame = TakeFrame();
+    try {
+        Load(frame, page);
+    } catch (...) {
+        mFreeFrames.push_back(&frame);
+        throw;
+    }
+    Assign(frame, page);
+    return {*this, frame};
+}
+
+PageHandle PageFile::Read(std::uint32_t page, PageType type) {
+    PageHandle handle = Read(page);
+    if (handle.Type() != type) throw Damaged();
+    return handle;
+}
+
+PageHandle PageFile::MakeNew(std::uint32_t page, PageType type) {
+    CheckPage(page);
+    if (mFrameOfPage[page] == nullptr) Assign(TakeFrame(), page);
+    PageHandle handle(*this, *mFrameOfPage[page]);
+    std::uint8_t* bytes = handle.Change();
+    std::memset(bytes, 0, PageSize());
+    bytes[0] = static_cast<std::uint8_t>(type);
+    bytes[1] = PageMark;
+    return handle;
+}
+
+void PageFile::Load(Frame& frame, std::uint32_t page) const {
+    std::size_t length = 0;
+    try {
+        length = mFile->ReadAt(std::uint64_t{page} * PageSize(),
+                               std::as_writable_bytes(std::span(frame.Bytes.get(), PageSize())));
+    } catch (const platform::Error&) {
+        throw OpenError(DiskRead, Path());
+    }
+    if (length != PageSize()) throw Damaged();
+}
+
+void PageFile::Assign(Frame& frame, std::uint32_t page) {
+    frame.Number = page;
+    mFrameOfPage[page] = &frame;
+}
+
+void PageFile::Forget(Frame& frame) noexcept {
+    if (frame.Changed) --mChangedCount;
+    frame.Changed = false;
+    mFrameOfPage[frame.Number] = nullptr;
+    frame.Number = NoPage;
+}
+
+PageFile::Frame& PageFile::TakeFrame() {
+    if (!mFreeFrames.empty()) {
+        Frame* frame = mFreeFrames.back();
+        mFreeFrames.pop_back();
+        return *frame;
+    }
+    if (mFrames.size() >= mFrameLimit) {
+        Frame* victim = CleanFrame();
+        if (victim == nullptr && !IsShared() && mChangedCount > 0) {
+            WriteChanged();
+            victim = CleanFrame();
+        }
+        if (victim != nullptr) {
+            Forget(*victim);
+            return *victim;
+        }
+    }
+    auto frame = std::make_unique<Frame>();
+    frame->Number = NoPage;
+    frame->Bytes = std::make_unique<std::uint8_t[]>(PageSize());
+    mFreeFrames.reserve(mFrames.size() + 1);  // so that giving a frame back cannot fail
+    mFrames.push_back(std::move(frame));
+    return *mFrames.back();
+}
+
+/// A frame whose page may be dropped, seeking round the clock for one that was not used lately.
+PageFile::Frame* PageFile::CleanFrame() {
+    for (std::size_t steps = 2 * mFrames.size(); steps > 0; --steps) {
+        Frame& frame = *mFrames[mClockHand];
+        mClockHand = (mClockHand + 1) % mFrames.size();
+        if (frame.Pins > 0 || frame.Changed || frame.Number == NoPage) continue;
+        if (!std::exchange(frame.Recent, false)) return &frame;
+    }
+    return nullptr;
+}
+
+void PageFile::Unpin(Frame& frame) noexcept {
+    if (--frame.Pins > 0) return;
+    if (frame.Number != NoPage) {
+        if (!IsShared() || frame.Changed) return;
+        Forget(frame);
+    }
+    mFreeFrames.push_back(&frame);
+}
+
+void PageFile::MarkChanged(Frame& frame) {
+    if (frame.Changed) return;
+    if (!IsWritable()) throw OpenError(ReadOnlyDatabase, Path());
+    frame.Changed = true;
+    ++mChangedCount;
+}
+
+// PageFile: allocation
+
+std::uint32_t PageFile::Allocate() {
+    return mAllocator->Allocate();
+}
+
+void PageFile::Free(std::uint32_t page) {
+    mAllocator->Free(page);
+}
+
+std::uint32_t PageFile::AppendPage() {
+    if (IsShared() && mChangedCount == 0) RefreshPageCount();
+    if (mPageCount >= mLimits.MaxPages) throw OpenError(MaximumSize, Path());
+    mFrameOfPage.resize(std::max<std::size_t>(mFrameOfPage.size(), mPageCount + std::size_t{1}));
+    return mPageCount++;
+}
+
+void PageFile::Reserve(std::uint32_t pages) const {
+    if (mPageCount > mLimits.MaxPages || pages > mLimits.MaxPages - mPageCount) {
+        throw OpenError(MaximumSize, Path());
+    }
+}
+
+// PageFile: writing
+
+void PageFile::Settle() {
+    if (!IsShared() && mChangedCount * 2 > mFrameLimit) WriteChanged();
+}
+
+void PageFile::Flush() {
+    WriteChanged();
+    try {
+        const std::uint64_t length = std::uint64_t{mPageCount} * PageSize();
+        if (!IsShared() && mFile->Length() < length) mFile->SetLength(length);
+    } catch (const platform::Error& error) {
+        throw TranslateWrite(error, Path());
+    }
+}
+
+void PageFile::Sync() {
+    Flush();
+    try {
+        if (IsWritable()) mFile->Sync();
+    } catch (const platform::Error& error) {
+        throw TranslateWrite(error, Path());
+    }
+}
+
+void PageFile::WriteChanged() {
+    if (mChangedCount == 0) return;
+    struct Entry {
+        int Rank;
+        std::uint32_t Number;
+        Frame* Page;
+    };
+    std::vector<Entry> order;
+    order.reserve(mChangedCount);
+    for (const auto& frame : mFrames) {
+        if (!frame->Changed) continue;
+        order.push_back({WriteRank(frame->Bytes.get(), frame->Number), frame->Number, frame.get()});
+    }
+    std::ranges::sort(order, [](const Entry& a, const Entry& b) {
+        return a.Rank != b.Rank ? a.Rank < b.Rank : a.Number < b.Number;
+    });
+
+    std::vector<Frame*> run;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        run.push_back(order[i].Page);
+        const bool continues = i + 1 < order.size() && run.size() < LongestRun &&
+                               order[i + 1].Rank == order[i].Rank &&
+                               order[i + 1].Number == order[i].Number + 1;
+        if (continues) continue;
+        WriteRun(run);
+        run.clear();
+    }
+}
+
+void PageFile::WriteRun(std::span<Frame* const> run) {
+    mWriteBuffer.resize(run.size() * PageSize());
+    for (std::size_t i = 0; i < run.size(); ++i) {
+        std::memcpy(&mWriteBuffer[i * PageSize()], run[i]->Bytes.get(), PageSize());
+    }
+    try {
+        mFile->WriteAt(std::uint64_t{run.front()->Number} * PageSize(),
+                       std::as_bytes(std::span(mWriteBuffer)));
+    } catch (const platform::Error& error) {
+        throw TranslateWrite(error, Path());
+    }
+    for (Frame* frame : run) {
+        // Whoever holds the page may still be changing it: it stays changed.
+        if (frame->Pins > 0) continue;
+        frame->Changed = false;
+        --mChangedCount;
+        if (!IsShared()) continue;
+        Forget(*frame);
+        mFreeFrames.push_back(frame);
+    }
+}
+
+void PageFile::DiscardChanges() noexcept {
+    for (const auto& frame : mFrames) {
+        if (!frame->Changed) continue;
+        Forget(*frame);
+        if (frame->Pins == 0) mFreeFrames.push_back(frame.get());
+    }
+    try {
+        RefreshPageCount();
+    } catch (const platform::Error&) {
+        // The next operation on the file meets the same trouble and reports it.
+    }
+}
+
+// SharedChange
+
+SharedChange::~SharedChange() {
+    if (!mCommitted && mFile.IsShared()) mFile.DiscardChanges();
+}
+
+void SharedChange::Commit() {
+    if (mFile.IsShared()) mFile.Flush();
+    mCommitted = true;
+}
+
+}  // namespace jet
