@@ -9,29 +9,12 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/jet/schema.h"
 #include "platform/jet/table.h"
 
 namespace jet {
 
-struct ColumnSpec {
-    std::u16string Name;
-    ColumnType Type = ColumnType::Text;
-    std::uint16_t Size = 0;  // characters of Text, bytes of Binary; 0 = 255; not used by other types
-};
-
-struct IndexColumnSpec {
-    std::u16string Name;
-    bool Ascending = true;
-};
-
-struct IndexSpec {
-    std::u16string Name;
-    std::vector<IndexColumnSpec> Columns;
-    bool Primary = false;  // unique and required too
-    bool Unique = false;
-    bool Required = false;
-    bool IgnoreNulls = false;
-};
+class SystemCatalog;
 
 class Database {
   public:
@@ -73,7 +56,10 @@ class Database {
   private:
     explicit Database(std::unique_ptr<PageFile> file);
 
+    void WriteCounts();
+
     std::unique_ptr<PageFile> mFile;
+    std::unique_ptr<SystemCatalog> mCatalog;
     std::map<std::uint32_t, std::shared_ptr<Table>> mTables;  // by definition page
 };
 

@@ -64,6 +64,7 @@ constexpr std::array ErrorTexts{
     ErrorText{FieldTooSmall,
               "The field is too small to accept the amount of data you attempted to add. Try inserting or "
               "pasting less data."},
+    ErrorText{RecordDeleted, "Record is deleted."},
     ErrorText{TooManyFields, "Too many fields defined."},
     ErrorText{DatabaseExists, "Database already exists."},
     ErrorText{NotSupported, "Operation is not supported for this type of object."},

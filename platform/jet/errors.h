@@ -37,6 +37,7 @@ enum DataErrorNumber : int {
     UnknownTable = 3078,
     InvalidName = 3125,
     FieldTooSmall = 3163,
+    RecordDeleted = 3167,
     TooManyFields = 3190,
     DatabaseExists = 3204,
     NotSupported = 3251,

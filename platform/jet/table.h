@@ -1,7 +1,8 @@
-// A table: its rows, read one by one or added with all their index entries. Rows are named by the RowPointer
-// of their first place, which never changes. Values stand in the order of Definition().Columns.
+// A table: its rows, read one by one or added with all their index entries. A row is named by the RowPointer
+// of its first place, which never changes. Values stand in the order of Definition().Columns.
 //
-// Row count and index statistics are kept in memory and reach the file with Database::Flush.
+// Row count and index statistics are kept in memory and reach the file with WriteCounts; in a Shared file
+// with every change.
 #pragma once
 
 #include <cstdint>
@@ -11,53 +12,88 @@
 #include <string>
 #include <vector>
 
-#include "platform/jet/index_tree.h"
-#include "platform/jet/long_value.h"
+#include "platform/jet/data_page.h"
 #include "platform/jet/row_codec.h"
 #include "platform/jet/table_def.h"
+#include "platform/jet/table_index.h"
 #include "platform/jet/usage_map.h"
 
 namespace jet {
+
+class RowWriter;
 
 class Table {
   public:
     /// Raises 3428 for a definition that cannot be right.
     Table(PageFile& file, std::uint32_t definitionPage);
+    ~Table();
+    Table(const Table&) = delete;
+    Table& operator=(const Table&) = delete;
 
     const TableDef& Definition() const { return mDefinition; }
     std::uint32_t RowCount() const { return mDefinition.RowCount; }
 
-    /// Adds a row, one value a column. Checks come first, so a refused row leaves nothing behind: 3047 (row
-    /// too long), 3058 (Null in a primary or required index), 3022 (duplicate in a unique index), 3036 (file
-    /// full). A value whose kind is not the column's raises 3421, a text longer than the column 3163.
+    /// Adds a row, one value a column. All checks come before the first change, so a refused row leaves
+    /// nothing behind: 3421 (a value that is not of the column's kind), 3163 (longer than the column), 3047
+    /// (row or index entry too long), 3058 (Null in a primary or required index), 3022 (duplicate in a unique
+    /// index), 3036 (file full). Raises 3027 in a Jet 3 file.
     RowPointer Insert(std::span<const Value> values);
 
-    /// All values of the row, long ones included. Raises 3428 for a row that cannot be right.
-    void Read(RowPointer row, std::vector<Value>& values);
+    /// All values of the row, long ones included. Raises 3167 (the row is gone), 3428 (a row that cannot be
+    /// right).
+    void Read(RowPointer row, std::vector<Value>& values) const;
+    Value ReadColumn(RowPointer row, std::size_t column) const;
 
     /// Changes one column of fixed length in its place, with the indexes over it. Raises 3251 for another
-    /// column, and for one that was added to the table after the row was written; else as Insert.
+    /// column, and for one that was added to the table after the row was written; else what Insert and Read
+    /// raise. Nothing is changed then.
     void UpdateFixed(RowPointer row, std::size_t column, const Value& value);
 
-    /// The first row at or behind a place in the table's physical order; nothing at the end.
-    std::optional<RowPointer> FirstRow();
-    std::optional<RowPointer> NextRow(RowPointer row);
+    /// Rows in the table's physical order; nothing at the end. NextRow finds its way from a row that was
+    /// deleted meanwhile.
+    std::optional<RowPointer> FirstRow() const;
+    std::optional<RowPointer> NextRow(RowPointer row) const;
 
     /// The tree of a real index, by its number. The reference lives as long as the table.
-    IndexTree& Index(std::size_t realIndex) { return *mIndexes[realIndex]; }
+    const IndexTree& Index(std::size_t realIndex) const { return mIndexes[realIndex]->Rules.Tree(); }
 
-    /// Adds an index that Database::CreateIndex has defined and builds it over the rows there are.
+    /// Adds an index whose map and root page are made already, and builds it over the rows there are. Raises
+    /// 3058, 3022 and 3047 for rows that it forbids; the definition is unchanged then and the index's pages
+    /// are free again.
     void AddIndex(RealIndex index, LogicalIndex name);
 
-    /// Writes row count and statistics into the definition's page.
+    /// Writes row count and statistics into the definition's page when they have changed.
     void WriteCounts();
 
   private:
-    void PlanIndexes();
+    struct Place {
+        DataPage Page;
+        unsigned Row;
+    };
+
+    /// An index of the table, and the key of the row in hand.
+    struct OpenIndex {
+        TableIndex Rules;
+        RowKey Key;
+        bool IsNew = false;  // no row had that key before
+    };
+
+    Place Locate(RowPointer row) const;
+    Value ReadValue(const RowReader& reader, const Column& column) const;
+    std::optional<RowPointer> RowFrom(std::uint32_t page, unsigned row) const;
+    void CheckKeys(std::span<const Value> values);
+    void AddEntries(RowPointer row);
+    void ChangeEntries(RowPointer row, std::size_t column, const Value& value, Place& place);
+    void StoreFixed(Place& place, const RowReader& reader, const Column& column, const Value& value);
+    void BuildIndex(RealIndex& index, OpenIndex& open);
+    void FreeIndexPages(const RealIndex& index);
 
     PageFile& mFile;
     TableDef mDefinition;
-    std::vector<std::unique_ptr<IndexTree>> mIndexes;
+    UsageMap mOwnedPages;
+    std::vector<std::unique_ptr<OpenIndex>> mIndexes;
+    std::unique_ptr<RowWriter> mWriter;  // made with the first row that is added
+    bool mCountsChanged = false;
 };
 
 }  // namespace jet

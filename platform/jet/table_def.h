@@ -22,6 +22,10 @@
 
 namespace jet {
 
+/// Bytes of a value of fixed length; 0 for types whose values vary in length. A Boolean takes no room in a
+/// row but counts as one byte.
+std::size_t FixedSize(ColumnType type);
+
 struct Column {
     std::u16string Name;
     ColumnType Type = ColumnType::Text;
@@ -127,7 +131,9 @@ TableDef ReadTableDef(PageFile& file, std::uint32_t page);
 /// and logical indexes into the order that the file wants; allocates and frees its further pages.
 void WriteTableDef(PageFile& file, TableDef& definition);
 
-/// Writes only what changes with the rows: row count, last autonumber, distinct keys of each index.
+/// What changes with the rows: row count, last autonumber, distinct keys of each index. Read again where
+/// another program may have added rows, and written without the rest of the definition.
+void ReadTableCounts(PageFile& file, TableDef& definition);
 void WriteTableCounts(PageFile& file, const TableDef& definition);
 
 }  // namespace jet

@@ -1,0 +1,258 @@
+#include "platform/jet/table.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/jet/bytes.h"
+#include "platform/jet/long_value.h"
+#include "platform/jet/row_writer.h"
+#include "platform/jet/text_codec.h"
+
+namespace jet {
+
+namespace {
+
+constexpr unsigned MostMoves = 8;  // of one row, before its pointers count as a cycle
+constexpr std::size_t MovedPointerLength = 4;
+constexpr std::size_t LongestFixed = 17;
+
+bool IsNull(const Value& value) {
+    return std::holds_alternative<std::monostate>(value);
+}
+
+}  // namespace
+
+Table::Table(PageFile& file, std::uint32_t definitionPage)
+    : mFile(file), mDefinition(ReadTableDef(file, definitionPage)), mOwnedPages(file, mDefinition.OwnedMap) {
+    for (const RealIndex& index : mDefinition.RealIndexes) {
+        mIndexes.push_back(std::make_unique<OpenIndex>(OpenIndex{TableIndex(file, mDefinition, index), {}}));
+    }
+}
+
+Table::~Table() = default;
+
+// Reading
+
+Table::Place Table::Locate(RowPointer row) const {
+    for (unsigned moves = 0; moves < MostMoves; ++moves) {
+        DataPage page(mFile, row.Page);
+        if (page.Owner() != mDefinition.Page) throw mFile.Damaged();
+        const RowSlot slot = page.Slot(row.Row);
+        if (slot.IsDeleted()) throw DataError(RecordDeleted);
+        if (!slot.IsMovedAway()) return {std::move(page), row.Row};
+        if (slot.Length < MovedPointerLength) throw mFile.Damaged();
+        row = RowPointer::FromDword(LoadU32(page.Row(row.Row).data()));
+    }
+    throw mFile.Damaged();
+}
+
+Value Table::ReadValue(const RowReader& reader, const Column& column) const {
+    if (!column.IsLongValue()) return reader.Read(column);
+    const auto field = reader.Field(column);
+    if (!field) return {};
+    const std::vector<std::uint8_t> bytes = ReadLongValue(mFile, *field);
+    if (column.Type == ColumnType::Memo) return DecodeText(bytes, mFile.FileVersion());
+    return Binary{std::string(bytes.begin(), bytes.end())};
+}
+
+void Table::Read(RowPointer row, std::vector<Value>& values) const {
+    const Place place = Locate(row);
+    const RowReader reader(mFile, mDefinition, place.Page.Row(place.Row));
+    values.resize(mDefinition.Columns.size());
+    std::ranges::transform(mDefinition.Columns, values.begin(),
+                           [&](const Column& column) { return ReadValue(reader, column); });
+}
+
+Value Table::ReadColumn(RowPointer row, std::size_t column) const {
+    const Place place = Locate(row);
+    return ReadValue(RowReader(mFile, mDefinition, place.Page.Row(place.Row)), mDefinition.Columns[column]);
+}
+
+std::optional<RowPointer> Table::FirstRow() const {
+    return RowFrom(0, 0);
+}
+
+std::optional<RowPointer> Table::NextRow(RowPointer row) const {
+    return RowFrom(row.Page, row.Row + 1U);
+}
+
+/// The first row at or behind a slot. New places of moved rows are reached through their old ones only.
+std::optional<RowPointer> Table::RowFrom(std::uint32_t from, unsigned row) const {
+    for (auto number = mOwnedPages.Next(from); number; number = mOwnedPages.Next(*number + 1)) {
+        const DataPage page(mFile, *number);
+        if (page.Owner() != mDefinition.Page) throw mFile.Damaged();
+        for (unsigned i = *number == from ? row : 0; i < page.RowCount() && i < MaxRowsPerPage; ++i) {
+            const RowSlot slot = page.Slot(i);
+            if (slot.IsOrdinary() || slot.IsMovedAway())
+                return RowPointer{*number, static_cast<std::uint8_t>(i)};
+        }
+    }
+    return std::nullopt;
+}
+
+// Adding
+
+RowPointer Table::Insert(std::span<const Value> values) {
+    if (mFile.FileVersion() == Version::Jet3) throw DataError(ReadOnlyDatabase);
+    if (values.size() != mDefinition.Columns.size()) throw DataError(InvalidDataArgument);
+    SharedChange change(mFile);
+    if (mFile.IsShared()) ReadTableCounts(mFile, mDefinition);
+    if (!mWriter) mWriter = std::make_unique<RowWriter>(mFile, mDefinition);
+
+    mWriter->Encode(values);
+    CheckKeys(values);
+    const auto indexes = static_cast<std::uint32_t>(mIndexes.size());
+    mFile.Reserve(mWriter->MostNewPages() + indexes * IndexTree::MostNewPages);
+
+    const RowPointer row = mWriter->Write();
+    AddEntries(row);
+    ++mDefinition.RowCount;
+    mCountsChanged = true;
+    if (mFile.IsShared()) WriteCounts();
+    change.Commit();
+    mFile.Settle();
+    return row;
+}
+
+void Table::CheckKeys(std::span<const Value> values) {
+    for (const auto& index : mIndexes) {
+        index->Rules.MakeKey(values, index->Key);
+        index->Rules.CheckNulls(index->Key);
+    }
+    for (const auto& index : mIndexes) {
+        index->IsNew = index->Rules.Lists(index->Key) && index->Rules.CheckDuplicate(index->Key);
+    }
+}
+
+void Table::AddEntries(RowPointer row) {
+    for (std::size_t i = 0; i < mIndexes.size(); ++i) {
+        OpenIndex& index = *mIndexes[i];
+        if (!index.Rules.Lists(index.Key)) continue;
+        index.Rules.Tree().Insert(index.Key.Bytes, row);
+        if (index.IsNew) ++mDefinition.RealIndexes[i].Distinct;
+    }
+}
+
+// Changing
+
+void Table::UpdateFixed(RowPointer row, std::size_t column, const Value& value) {
+    const Column& definition = mDefinition.Columns[column];
+    if (!definition.IsFixed()) throw DataError(NotSupported);
+    SharedChange change(mFile);
+    if (mFile.IsShared()) ReadTableCounts(mFile, mDefinition);
+    Place place = Locate(row);
+    ChangeEntries(row, column, value, place);
+    if (mFile.IsShared()) WriteCounts();
+    change.Commit();
+    mFile.Settle();
+}
+
+void Table::ChangeEntries(RowPointer row, std::size_t column, const Value& value, Place& place) {
+    const RowReader reader(mFile, mDefinition, place.Page.Row(place.Row));
+    const Column& definition = mDefinition.Columns[column];
+    if (!reader.Holds(definition)) throw DataError(NotSupported);
+
+    // Only the values that some index over the column needs.
+    std::vector<Value> values(mDefinition.Columns.size());
+    const auto isCovered = [column](const auto& index) { return index->Rules.Covers(column); };
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const auto needs = [&](const auto& index) { return isCovered(index) && index->Rules.Covers(i); };
+        if (std::ranges::any_of(mIndexes, needs)) values[i] = reader.Read(mDefinition.Columns[i]);
+    }
+
+    std::vector<std::pair<std::size_t, RowKey>> changed;  // index and old key; the new one is in the index
+    for (std::size_t i = 0; i < mIndexes.size(); ++i) {
+        if (!isCovered(mIndexes[i])) continue;
+        RowKey old;
+        values[column] = reader.Read(definition);
+        mIndexes[i]->Rules.MakeKey(values, old);
+        values[column] = value;
+        mIndexes[i]->Rules.MakeKey(values, mIndexes[i]->Key);
+        if (mIndexes[i]->Key.Bytes != old.Bytes) changed.emplace_back(i, std::move(old));
+    }
+    for (const auto& [i, old] : changed) mIndexes[i]->Rules.CheckNulls(mIndexes[i]->Key);
+    for (const auto& [i, old] : changed) {
+        const TableIndex& rules = mIndexes[i]->Rules;
+        mIndexes[i]->IsNew = rules.Lists(mIndexes[i]->Key) && rules.CheckDuplicate(mIndexes[i]->Key);
+    }
+    mFile.Reserve(static_cast<std::uint32_t>(changed.size()) * 2 * IndexTree::MostNewPages);
+
+    StoreFixed(place, reader, definition, value);
+    for (const auto& [i, old] : changed) {
+        TableIndex& rules = mIndexes[i]->Rules;
+        if (rules.Lists(old)) rules.Tree().Remove(old.Bytes, row);
+        if (rules.Lists(mIndexes[i]->Key)) rules.Tree().Insert(mIndexes[i]->Key.Bytes, row);
+        if (mIndexes[i]->IsNew) ++mDefinition.RealIndexes[i].Distinct;
+        mCountsChanged = mCountsChanged || mIndexes[i]->IsNew;
+    }
+}
+
+void Table::StoreFixed(Place& place, const RowReader& reader, const Column& column, const Value& value) {
+    const bool isBoolean = column.Type == ColumnType::Boolean;
+    std::array<std::uint8_t, LongestFixed> bytes{};
+    if (!isBoolean && !IsNull(value)) EncodeFixed(column, value, bytes.data());
+    const bool set = isBoolean ? BooleanOf(value) : !IsNull(value);
+
+    const std::span<std::uint8_t> row = place.Page.ChangeRow(place.Row);
+    if (!isBoolean) {
+        const std::size_t start = reader.FixedAt() + column.FixedOffset;
+        if (column.Size > bytes.size() || start + column.Size > reader.MaskAt()) throw mFile.Damaged();
+        std::copy_n(bytes.begin(), column.Size, &row[start]);
+    }
+    std::uint8_t& mask = row[reader.MaskAt() + column.Number / 8U];
+    const auto bit = static_cast<std::uint8_t>(1U << (column.Number % 8U));
+    mask = static_cast<std::uint8_t>(set ? mask | bit : mask & ~bit);
+}
+
+// Indexes
+
+void Table::AddIndex(RealIndex index, LogicalIndex name) {
+    auto open = std::make_unique<OpenIndex>(OpenIndex{TableIndex(mFile, mDefinition, index), {}});
+    try {
+        BuildIndex(index, *open);
+    } catch (...) {
+        FreeIndexPages(index);
+        throw;
+    }
+    mDefinition.RealIndexes.push_back(std::move(index));
+    mDefinition.LogicalIndexes.push_back(std::move(name));
+    mIndexes.push_back(std::move(open));
+    WriteTableDef(mFile, mDefinition);
+    mCountsChanged = false;
+}
+
+void Table::BuildIndex(RealIndex& index, OpenIndex& open) {
+    std::vector<Value> values(mDefinition.Columns.size());
+    for (auto row = FirstRow(); row; row = NextRow(*row)) {
+        {
+            const Place place = Locate(*row);
+            const RowReader reader(mFile, mDefinition, place.Page.Row(place.Row));
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                if (open.Rules.Covers(i)) values[i] = reader.Read(mDefinition.Columns[i]);
+            }
+        }
+        open.Rules.MakeKey(values, open.Key);
+        open.Rules.CheckNulls(open.Key);
+        if (!open.Rules.Lists(open.Key)) continue;
+        if (open.Rules.CheckDuplicate(open.Key)) ++index.Distinct;
+        open.Rules.Tree().Insert(open.Key.Bytes, *row);
+        ++index.Entries;
+        mFile.Settle();
+    }
+}
+
+void Table::FreeIndexPages(const RealIndex& index) {
+    UsageMap pages(mFile, index.Map);
+    for (auto page = pages.Next(0); page; page = pages.Next(*page + 1)) {
+        pages.Remove(*page);
+        mFile.Free(*page);
+    }
+}
+
+void Table::WriteCounts() {
+    if (!std::exchange(mCountsChanged, false)) return;
+    WriteTableCounts(mFile, mDefinition);
+}
+
+}  // namespace jet
