@@ -1,0 +1,295 @@
+#include "platform/jet/index_tree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "platform/jet/data_page.h"
+#include "platform/jet/index_key.h"
+#include "tests/jet/index_checker.h"
+#include "tests/support/expect_error.h"
+#include "tests/support/scratch.h"
+
+namespace jet {
+namespace {
+
+using testing::IsEmpty;
+
+std::string EntryOf(std::string key, RowPointer row) {
+    AppendPointer(key, row.Dword());
+    return key;
+}
+
+/// An index of its own in a new file, and beside it a plain set of the entries that it must hold.
+class IndexTrees : public testing::Test {
+  protected:
+    IndexTrees()
+        : mFile(PageFile::Create((mFolder / "t.mdb").string())),
+          mTablePage(AllocateBehindSystemPages()),
+          mMap(*mFile, MakeMap()),
+          mRoot(MakeRoot()),
+          mTree(*mFile, mMap, mTablePage, mRoot) {}
+
+    std::uint32_t AllocateBehindSystemPages() {
+        std::uint32_t page = 0;
+        while (page < 6) page = mFile->Allocate();
+        return page;
+    }
+
+    RowPointer MakeMap() {
+        const std::vector<std::uint8_t> row(mFile->Format().MapRowLength);
+        DataPage page = DataPage::Make(*mFile, mFile->Allocate(), MapOwner);
+        return {page.Number(), page.Append(row)};
+    }
+
+    std::uint32_t MakeRoot() {
+        const std::uint32_t root = mFile->Allocate();
+        mMap.Add(root);
+        IndexTree::MakeEmptyRoot(*mFile, root, mTablePage);
+        return root;
+    }
+
+    void Insert(const std::string& key, RowPointer row) {
+        mTree.Insert(key, row);
+        mExpected.insert(EntryOf(key, row));
+        mFile->Settle();
+    }
+
+    void Remove(const std::string& key, RowPointer row) {
+        mTree.Remove(key, row);
+        mExpected.erase(EntryOf(key, row));
+    }
+
+    test::IndexChecker Check() {
+        test::IndexChecker checker(*mFile, mTablePage);
+        checker.Check(mRoot, mMap);
+        EXPECT_THAT(checker.BrokenRules, IsEmpty());
+        EXPECT_EQ(checker.Entries, std::vector<std::string>(mExpected.begin(), mExpected.end()));
+        return checker;
+    }
+
+    static std::string LongKey(std::int32_t value) {
+        std::string key;
+        AppendKey(key, value, ColumnType::Long, true, Version::Jet4);
+        return key;
+    }
+
+    static RowPointer RowOf(std::uint32_t number) {
+        return {number / 200, static_cast<std::uint8_t>(number % 200)};
+    }
+
+    test::ScratchFolder mFolder;
+    std::unique_ptr<PageFile> mFile;
+    std::uint32_t mTablePage;
+    UsageMap mMap;
+    std::uint32_t mRoot;
+    IndexTree mTree;
+    std::set<std::string> mExpected;
+};
+
+TEST_F(IndexTrees, AnEmptyIndexIsOneEmptyLeaf) {
+    EXPECT_TRUE(mTree.First().AtEnd());
+    EXPECT_TRUE(mTree.LowerBound("x").AtEnd());
+    EXPECT_FALSE(mTree.Contains(LongKey(1)));
+    const PageHandle root = mFile->Read(mRoot);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(root.Data()), 4), "\x04\x01\x20\x0E");
+    EXPECT_EQ(Check().Levels, 1U);
+}
+
+TEST_F(IndexTrees, EntriesLieOnThePageAsDocumented) {
+    Insert("\x7F\x4A\x01" + std::string(1, '\0'), {27, 1});
+    Insert("\x7F\x4A\x4C\x01" + std::string(1, '\0'), {27, 0});
+    const PageHandle root = mFile->Read(mRoot);
+    const std::string bytes(reinterpret_cast<const char*>(root.Data()), mFile->PageSize());
+    EXPECT_EQ(bytes.substr(2, 2), std::string("\x0F\x0E"));  // 3616 - 17 bytes free
+    EXPECT_EQ(bytes.substr(27, 3), std::string("\x00\x01\x02", 3));
+    EXPECT_EQ(bytes.substr(480, 17),
+              std::string("\x7F\x4A\x01\x00\x00\x00\x1B\x01\x7F\x4A\x4C\x01\x00\x00\x00\x1B\x00", 17));
+}
+
+TEST_F(IndexTrees, RowsInIndexOrderFillEveryLeaf) {
+    constexpr int Rows = 50'000;
+    for (int i = 0; i < Rows; ++i) Insert(LongKey(i), RowOf(static_cast<std::uint32_t>(i)));
+    const auto checker = Check();
+    EXPECT_EQ(checker.Levels, 2U);
+    // With three bytes in common an entry takes six: no full leaf has room for another one.
+    EXPECT_LT(checker.FreeInFullLeaves(), 9 * checker.LeafCount());
+    EXPECT_LE(checker.LeafCount(), Rows / 590U);
+}
+
+TEST_F(IndexTrees, EqualKeysAreOrderedByRow) {
+    for (std::uint32_t i = 0; i < 3'000; ++i) Insert(LongKey(7), RowOf(i * 7'919 % 3'000));
+    Check();
+    EXPECT_TRUE(mTree.Contains(LongKey(7)));
+    EXPECT_FALSE(mTree.Contains(LongKey(6)));
+    EXPECT_EQ(mTree.LowerBound(LongKey(7)).Row(), RowOf(0));
+}
+
+TEST_F(IndexTrees, LowerBoundFindsTheFirstKeyNotBelow) {
+    for (int i = 0; i < 2'000; ++i) Insert(LongKey(10 * i), RowOf(static_cast<std::uint32_t>(i)));
+    EXPECT_EQ(mTree.LowerBound(LongKey(-5)).Key(), LongKey(0));
+    EXPECT_EQ(mTree.LowerBound(LongKey(12'340)).Key(), LongKey(12'340));
+    EXPECT_EQ(mTree.LowerBound(LongKey(12'341)).Key(), LongKey(12'350));
+    EXPECT_TRUE(mTree.LowerBound(LongKey(19'991)).AtEnd());
+}
+
+TEST_F(IndexTrees, RefusesAKeyThatLeavesNoRoomForASecond) {
+    const std::size_t longest = IndexTree::MaxKeyLength(mFile->Format());
+    EXPECT_EQ(longest, 1800U);
+    EXPECT_EQ(test::ErrorOf([&] { mTree.Insert(std::string(longest + 1, 'k'), {9, 9}); }).Number, 3047);
+    for (char c = 'a'; c <= 'z'; ++c) Insert(std::string(longest, c), {9, static_cast<std::uint8_t>(c)});
+    EXPECT_GE(Check().Levels, 3U);
+}
+
+TEST_F(IndexTrees, AnEntryTwiceOrAMissingOneIsDamage) {
+    Insert(LongKey(1), {5, 5});
+    EXPECT_EQ(test::ErrorOf([&] { mTree.Insert(LongKey(1), {5, 5}); }).Number, 3428);
+    EXPECT_EQ(test::ErrorOf([&] { mTree.Remove(LongKey(1), {5, 6}); }).Number, 3428);
+    Check();
+}
+
+TEST_F(IndexTrees, ACursorGoesOnBehindItsEntryWhateverHappens) {
+    for (int i = 0; i < 3'000; ++i) Insert(LongKey(2 * i), RowOf(static_cast<std::uint32_t>(i)));
+    auto cursor = mTree.LowerBound(LongKey(1'000));
+    // Entries before it move its own; one behind it appears; then its own goes, with its leaf's neighbours.
+    for (int i = 0; i < 500; ++i) Insert(LongKey(2 * i + 1), {9'000, static_cast<std::uint8_t>(i % 200)});
+    Insert(LongKey(1'003), {9'001, 0});
+    cursor.Next();
+    EXPECT_EQ(cursor.Key(), LongKey(1'002));
+    cursor.Next();
+    EXPECT_EQ(cursor.Key(), LongKey(1'003));
+    for (int i = 0; i < 3'000; ++i) {
+        if (i != 2'500) Remove(LongKey(2 * i), RowOf(static_cast<std::uint32_t>(i)));
+    }
+    cursor.Next();
+    EXPECT_EQ(cursor.Key(), LongKey(5'000));
+    cursor.Next();
+    EXPECT_TRUE(cursor.AtEnd());
+}
+
+TEST_F(IndexTrees, RemovingEverythingLeavesAnEmptyRoot) {
+    for (std::uint32_t i = 0; i < 5'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
+    EXPECT_GT(Check().Pages.size(), 5U);
+    for (std::uint32_t i = 5'000; i-- > 0;) Remove(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
+    EXPECT_EQ(Check().Pages, std::set<std::uint32_t>{mRoot});
+    // And the freed pages serve again.
+    const std::uint32_t pages = mFile->PageCount();
+    for (std::uint32_t i = 0; i < 5'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
+    Check();
+    EXPECT_LE(mFile->PageCount(), pages);
+}
+
+// Random histories against the set.
+
+struct History {
+    const char* Name;
+    unsigned Seed;
+    std::size_t KeyLength;  // padding that makes pages hold few entries and trees high
+    std::int32_t Range;     // keys 0 to Range - 1
+    int Steps;
+    int RemovePercent;
+    std::size_t LeastLevels;
+};
+
+class RandomHistories : public IndexTrees, public testing::WithParamInterface<History> {};
+
+TEST_P(RandomHistories, KeepEveryRule) {
+    const History& history = GetParam();
+    std::mt19937 random(history.Seed);
+    std::vector<std::pair<std::string, RowPointer>> present;
+    std::size_t levels = 0;
+    for (int step = 0; step < history.Steps; ++step) {
+        const bool removes = static_cast<int>(random() % 100) < history.RemovePercent && !present.empty();
+        if (removes) {
+            std::swap(present[random() % present.size()], present.back());
+            Remove(present.back().first, present.back().second);
+            present.pop_back();
+        } else {
+            // Lengths vary, so that separators change theirs when they are corrected.
+            const auto value = static_cast<std::int32_t>(random() % static_cast<unsigned>(history.Range));
+            std::string key = LongKey(value) + std::string(random() % (history.KeyLength + 1), 'p') + '\0';
+            const RowPointer row{static_cast<std::uint32_t>(random() % 0xFFFF),
+                                 static_cast<std::uint8_t>(random() % 255)};
+            if (mExpected.contains(EntryOf(key, row))) continue;
+            Insert(key, row);
+            present.emplace_back(std::move(key), row);
+        }
+        if (step % (history.Steps / 20) == 0) levels = std::max(levels, Check().Levels);
+    }
+    while (!present.empty() && history.RemovePercent > 0) {
+        Remove(present.back().first, present.back().second);
+        present.pop_back();
+        if (present.size() % 97 == 0) Check();
+    }
+    Check();
+    EXPECT_GE(levels, history.LeastLevels);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RandomHistories,
+                         testing::Values(History{"InsertsOnly", 1, 12, 1'000'000, 20'000, 0, 2},
+                                         History{"ManyEqualKeys", 2, 0, 20, 8'000, 20, 2},
+                                         History{"LongKeys", 3, 900, 1'000'000, 3'000, 30, 3},
+                                         History{"LongestKeys", 4, 1'794, 1'000'000, 1'500, 30, 4},
+                                         History{"RemovesNearlyAsMuch", 5, 600, 1'000'000, 6'000, 48, 2},
+                                         History{"ShortAndLongMixed", 6, 1'794, 50, 2'000, 45, 3}),
+                         [](const auto& instance) { return std::string(instance.param.Name); });
+
+// Pages that no engine wrote.
+
+struct Damage {
+    const char* Name;
+    std::size_t Offset;
+    std::string Bytes;
+};
+
+class DamagedTrees : public IndexTrees, public testing::WithParamInterface<Damage> {};
+
+TEST_P(DamagedTrees, RaiseTheirErrorAndNeverLoop) {
+    for (std::uint32_t i = 0; i < 2'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
+    const std::uint32_t firstLeaf = *mMap.Next(mRoot + 1);
+    const Damage& damage = GetParam();
+    for (const std::uint32_t page : {mRoot, firstLeaf}) {
+        PageHandle handle = mFile->Read(page);
+        const std::string before(reinterpret_cast<const char*>(handle.Data()), mFile->PageSize());
+        std::copy(damage.Bytes.begin(), damage.Bytes.end(), handle.Change() + damage.Offset);
+        EXPECT_EQ(test::NumberRaised([&] {
+                      for (auto cursor = mTree.First(); !cursor.AtEnd(); cursor.Next()) {
+                      }
+                      for (int i = 0; i < 2'000; i += 50) mTree.Contains(LongKey(i));
+                  }),
+                  3428)
+            << page;
+        std::copy(before.begin(), before.end(), handle.Change());
+    }
+    Check();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, DamagedTrees,
+                         testing::Values(Damage{"PageType", 0, "\x01"}, Damage{"Owner", 4, "\x63"},
+                                         Damage{"FreeTooLarge", 2, "\xFF\xFF"},
+                                         Damage{"FreeInsideAnEntry", 2, "\x02"},
+                                         Damage{"PrefixBeyondTheFirstEntry", 24, "\xFF\x0F"}),
+                         [](const auto& instance) { return std::string(instance.param.Name); });
+
+TEST_F(IndexTrees, LoopsAndPagesBeyondTheFileAreFound) {
+    for (std::uint32_t i = 0; i < 2'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
+    const auto walk = [&] {
+        for (auto cursor = mTree.First(); !cursor.AtEnd(); cursor.Next()) {
+        }
+    };
+    const std::uint32_t leaf = mTree.First().AtEnd() ? 0 : *mMap.Next(mRoot + 1);
+    const auto put = [&](std::uint32_t page, std::size_t offset, std::uint32_t value) {
+        StoreU32(mFile->Read(page).Change() + offset, value);
+    };
+    const std::uint32_t next = LoadU32(mFile->Read(leaf).Data() + 16);
+    put(leaf, 16, leaf);
+    EXPECT_EQ(test::ErrorOf(walk).Number, 3428) << "a leaf that follows itself";
+    put(leaf, 16, 0xFFFFFF);
+    EXPECT_EQ(test::ErrorOf(walk).Number, 3428) << "a leaf followed by no page of the file";
+    put(leaf, 16, next);
+    put(mRoot, 20, mRoot);
+    EXPECT_EQ(test::ErrorOf([&] { mTree.Contains(LongKey(1'999)); }).Number, 3428) << "a node below itself";
+}
+
+}  // namespace
+}  // namespace jet
