@@ -14,6 +14,7 @@
 #include <variant>
 #include <vector>
 
+#include "engine/dates.h"
 #include "engine/logical_file.h"
 #include "engine/open_file.h"
 #include "engine/system.h"
@@ -28,9 +29,6 @@ using LogicalFileArgument = std::variant<std::shared_ptr<cLogicalFile>, ByteStri
 
 /// A physical file given as its handle (which may be empty) or as its name.
 using OpenFileArgument = std::variant<std::shared_ptr<cOpenFile>, ByteString>;
-
-/// What Stma takes and gives: a number, a text or a date.
-using StmaValue = std::variant<std::monostate, std::int32_t, ByteString, platform::OleDate>;
 
 class cBusinessBasic {
   public:

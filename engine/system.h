@@ -40,4 +40,7 @@ class cSystem {
 extern std::unique_ptr<cEpcInfo> gEpcInfo;
 extern std::unique_ptr<cSystem> gSystem;
 
+/// The site object of gSystem. Raises 91 when there is none.
+cSystem& CurrentSystem();
+
 }  // namespace engine

@@ -1,0 +1,130 @@
+#include "engine/built_ins.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <limits>
+
+#include "engine/field_codec.h"
+#include "platform/code_page.h"
+#include "platform/error.h"
+
+namespace engine {
+
+ByteString gCodeChars{StandardCodeChars};
+
+namespace {
+
+constexpr std::int32_t Radix = 40;
+constexpr std::int32_t CharactersPerGroup = 3;
+constexpr std::int32_t BytesPerGroup = 2;
+
+std::int32_t CodeOf(char character) {
+    const std::size_t place = gCodeChars.find(character);
+    return place == ByteString::npos ? 0 : static_cast<std::int32_t>(place);
+}
+
+/// The pieces between the delimiters as the platform's own split gives them, empty ones included.
+std::vector<std::string_view> Pieces(std::string_view expression, std::string_view delimiter,
+                                     std::int32_t limit, bool foldCase) {
+    if (expression.empty() || limit == 0) return {};
+    if (delimiter.empty()) return {expression};
+    const ByteString searched = foldCase ? platform::FoldedBytes(expression) : ByteString(expression);
+    const ByteString wanted = foldCase ? platform::FoldedBytes(delimiter) : ByteString(delimiter);
+
+    std::vector<std::string_view> pieces;
+    std::size_t start = 0;
+    while (limit < 0 || pieces.size() + 1 < static_cast<std::size_t>(limit)) {
+        const std::size_t end = searched.find(wanted, start);
+        if (end == ByteString::npos) break;
+        pieces.push_back(expression.substr(start, end - start));
+        start = end + wanted.size();
+    }
+    pieces.push_back(expression.substr(start));
+    return pieces;
+}
+
+bool CanBeShown(std::uint8_t byte) {
+    return (byte >= 32 && byte <= 126) || byte == 145 || byte == 146 || byte >= 160;
+}
+
+ByteString HexDumpLine(std::size_t position, std::string_view bytes) {
+    constexpr std::size_t HexWidth = 55;
+    std::array<char, 24> piece{};
+    std::snprintf(piece.data(), piece.size(), "%06zu", position);
+    ByteString line = piece.data();
+    for (const char byte : bytes) {
+        std::snprintf(piece.data(), piece.size(), " %02X",
+                      static_cast<unsigned>(static_cast<std::uint8_t>(byte)));
+        line += piece.data();
+    }
+    line.resize(std::max(line.size(), HexWidth), ' ');
+    line += "  ";
+    for (const char byte : bytes) line += CanBeShown(static_cast<std::uint8_t>(byte)) ? byte : '.';
+    return line + "\r\n";
+}
+
+}  // namespace
+
+ByteString Crm(ByteString& Source) {
+    const std::size_t groups = (Source.size() + CharactersPerGroup - 1) / CharactersPerGroup;
+    Source.resize(groups * CharactersPerGroup, ' ');
+    ByteString packed(groups * BytesPerGroup, '\0');
+    for (std::size_t group = 0; group < groups; ++group) {
+        const char* const characters = Source.data() + group * CharactersPerGroup;
+        const std::int32_t value =
+            (CodeOf(characters[0]) * Radix + CodeOf(characters[1])) * Radix + CodeOf(characters[2]);
+        iPack('C', packed, value, static_cast<std::int32_t>(group * BytesPerGroup + 1));
+    }
+    return packed;
+}
+
+ByteString Ucm(ByteString& Source) {
+    if (Source.size() % BytesPerGroup != 0) Source += '\0';
+    ByteString text;
+    text.reserve(Source.size() / BytesPerGroup * CharactersPerGroup);
+    for (std::size_t start = 0; start < Source.size(); start += BytesPerGroup) {
+        const std::int32_t value = iUnpack('C', Source, static_cast<std::int32_t>(start + 1));
+        for (const std::int32_t place : {value / (Radix * Radix), value / Radix % Radix, value % Radix}) {
+            text += platform::Mid(gCodeChars, place + 1, 1);
+        }
+    }
+    return text;
+}
+
+std::int32_t StrPos(std::string_view Source, std::string_view Target) {
+    if (Source.empty()) return 0;
+    const std::size_t place = Source.find(Target);
+    return place == std::string_view::npos ? 0 : static_cast<std::int32_t>(place + 1);
+}
+
+std::string_view WithoutTail(std::string_view source) {
+    constexpr std::string_view Tail("\0\t\n\r ", 5);
+    return source.substr(0, source.find_last_not_of(Tail) + 1);
+}
+
+ByteString Trun(std::string_view Source, std::int32_t flgRemoveControlCharacters) {
+    if (flgRemoveControlCharacters != 0) return ByteString(WithoutTail(Source));
+    return ByteString(Source.substr(0, Source.find_last_not_of(' ') + 1));
+}
+
+std::vector<ByteString> Split(std::string_view Expression, std::string_view Delimiter, std::int32_t Limit,
+                              std::int32_t Compare) {
+    if (Limit < -1 || (Compare != 0 && Compare != 1)) throw platform::Error(platform::InvalidArgument);
+    std::vector<ByteString> kept;
+    for (const std::string_view piece : Pieces(Expression, Delimiter, Limit, Compare == 1)) {
+        // An empty piece stands for a delimiter and goes with those that still contain one.
+        if (!piece.empty() && piece.find(Delimiter) == std::string_view::npos) kept.emplace_back(piece);
+    }
+    return kept;
+}
+
+ByteString HexDump(std::string_view Data) {
+    constexpr std::size_t BytesPerLine = 16;
+    ByteString text;
+    for (std::size_t start = 0; start < Data.size(); start += BytesPerLine)
+        text += HexDumpLine(start + 1, Data.substr(start, BytesPerLine));
+    return text;
+}
+
+}  // namespace engine

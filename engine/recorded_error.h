@@ -1,0 +1,17 @@
+// The last error of the routines that suppress their errors: the caller sees an empty result, and the error
+// that led to it stays available here.
+#pragma once
+
+#include <optional>
+
+#include "platform/error.h"
+
+namespace engine {
+
+/// Replaces the recorded error.
+void RecordError(platform::Error error);
+
+/// The error recorded last, if any was since the program started.
+const std::optional<platform::Error>& LastRecordedError();
+
+}  // namespace engine
