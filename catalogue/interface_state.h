@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/logical_file.h"
@@ -14,6 +15,10 @@
 #include "platform/dao/database.h"
 
 namespace catalogue {
+
+/// The engine opcodes of an integer field of 1 to 4 bytes, by its length.
+inline constexpr std::string_view UnsignedOpcodes = "BCDL";
+inline constexpr std::string_view SignedOpcodes = "IJKL";
 
 /// The descriptor of one catalogue field of the table being exported.
 struct cInterface {
@@ -46,12 +51,9 @@ struct InterfaceState {
     bool EnforceReferentialIntegrity = false;
 
     std::int32_t TotalRecords = 0;
-    engine::ByteString CurrentKey;
-    engine::ByteString KeyBuffer;
-    engine::ByteString CurrentRecord;
-
-    engine::ByteString UnsignedOpcodes = "BCDL";
-    engine::ByteString SignedOpcodes = "IJKL";
+    platform::ByteString CurrentKey;
+    platform::ByteString KeyBuffer;
+    platform::ByteString CurrentRecord;
 };
 
 }  // namespace catalogue

@@ -19,6 +19,10 @@ void ResetRangeOverrides(InterfaceState& state);
 void AddTable(TableList& list, std::int32_t& TableCount, const std::u16string& PreviousTable,
               const std::u16string& level);
 
+/// Empties all six slots of `TableFiles`. Comes before every OpenFiles, which leaves a slot alone where the
+/// table names no file: the slot would keep a file of the table before.
+void EmptyTableFiles(InterfaceState& state);
+
 /// Opens the logical files of the table in box Index into `TableFiles` and leaves `LogicalMapRecordset` on
 /// the table's first map row. Shows "Problem finding files for " and the name when that row's name differs in
 /// letter case.

@@ -52,6 +52,6 @@ void x_SelectedTable_Click(catalogue::InterfaceState& state, catalogue::TableLis
                            platform::WindowServices& window, RangeDialog& dialog, std::int16_t Index);
 
 /// The key (`Size` bytes) at which the export of the positioned `LogicalIndexDefinition` row starts.
-platform::ByteString PackKey(catalogue::InterfaceState& state, dao::Recordset& Item);
+platform::ByteString PackKey(dao::Recordset& Item);
 
 }  // namespace exporting

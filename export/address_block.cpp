@@ -1,0 +1,83 @@
+#include "export/address_block.h"
+
+#include <string_view>
+
+namespace exporting {
+
+using platform::ByteString;
+
+namespace {
+
+// The fourth line holds no address when it begins with a period.
+constexpr std::int32_t FourthLine = 91;
+constexpr std::int32_t LineLength = 30;
+
+constexpr std::size_t StateLength = 2;
+constexpr std::size_t PostalLength = 5;
+constexpr std::size_t ShortestFullPostal = 9;
+constexpr std::size_t LongestPostal = 10;
+constexpr std::string_view NoState = "  ";
+constexpr std::string_view NoPostal = "     -    ";
+
+void BlankFourthLine(ByteString& address) {
+    if (platform::Mid(address, FourthLine, 1) != ".") return;
+    platform::Put(address, FourthLine, ByteString(LineLength, ' '));
+}
+
+constexpr bool IsCapital(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+constexpr bool IsPostal(char c) {
+    return c == '-' || (c >= '0' && c <= '9');
+}
+
+/// Where the run of characters of that kind that ends just before end begins, 0-based.
+template <typename Kind>
+std::size_t RunStart(std::string_view text, std::size_t end, Kind isOfKind) {
+    while (end > 0 && isOfKind(text[end - 1])) --end;
+    return end;
+}
+
+/// A run that reaches the start of the address meets no character that would judge it: only one of more than
+/// the longest code is cut.
+std::string_view PostalAtStart(std::string_view run) {
+    if (run.size() > LongestPostal) run = run.substr(0, PostalLength);
+    return run.empty() ? NoPostal : run;
+}
+
+/// What a run followed (towards the start) by another character gives; nothing for one that is too short.
+std::string_view PostalOf(std::string_view run) {
+    if (run.size() < PostalLength) return {};
+    const bool isWhole =
+        run.size() == PostalLength || (run.size() >= ShortestFullPostal && run.size() <= LongestPostal);
+    return isWhole ? run : run.substr(0, PostalLength);
+}
+
+}  // namespace
+
+ByteString StateCode(ByteString address) {
+    BlankFourthLine(address);
+    const std::string_view text = address;
+    for (std::size_t end = text.size(); end > 0;) {
+        const std::size_t start = RunStart(text, end, IsCapital);
+        if (end - start == StateLength) return address.substr(start, StateLength);
+        end = start == 0 ? 0 : start - 1;
+    }
+    return ByteString(NoState);
+}
+
+ByteString PostalCode(ByteString address) {
+    BlankFourthLine(address);
+    const std::string_view text = address;
+    std::size_t end = text.size();
+    for (;;) {
+        const std::size_t start = RunStart(text, end, IsPostal);
+        const std::string_view run = text.substr(start, end - start);
+        if (start == 0) return ByteString(PostalAtStart(run));
+        if (const std::string_view code = PostalOf(run); !code.empty()) return ByteString(code);
+        end = start - 1;
+    }
+}
+
+}  // namespace exporting

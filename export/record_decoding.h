@@ -1,0 +1,60 @@
+// Record decoding: turns one field of a record into a column value by its one-letter type code.
+//
+//   A text            C L compressed text    P part number       X one character of a compressed text
+//   B bit as Y or N   D J R packed date      W integer           Y Z state and postal code of an address
+//   I U integer with implied decimals, signed and unsigned       M m amount in hundredths, signed and
+//   unsigned
+//
+// Any other code gives the empty value. Unpack decodes by a field descriptor; the export run prepares a
+// FieldDecoder for each descriptor once and decodes every record with it, with the same outcome.
+#pragma once
+
+#include <cstdint>
+#include <variant>
+
+#include "catalogue/interface_state.h"
+#include "platform/byte_string.h"
+#include "platform/dao/recordset.h"
+#include "platform/ole_date.h"
+
+namespace exporting {
+
+using platform::ByteString;
+
+/// Empty, text, 32-bit integer, double or date.
+using ColumnValue = std::variant<std::monostate, ByteString, std::int32_t, double, platform::OleDate>;
+
+class FieldDecoder {
+  public:
+    /// Raises nothing: a descriptor that cannot be decoded fails record by record.
+    explicit FieldDecoder(const catalogue::cInterface& Item);
+
+    /// The field's value in Rec. Raises 5 for a position or length that no text has, for an integer of
+    /// less than one byte and for the signed reading beyond the record's end; 100 "UnPack" for an integer of
+    /// more than four bytes; 31 "UnPack" for an integer that ends beyond the record; 6 for a bit number or
+    /// decimals out of range, 11 for decimals too far below 0.
+    ColumnValue Decode(const ByteString& Rec) const;
+
+  private:
+    ByteString Compressed(const ByteString& Rec) const;
+    std::int32_t Integer(std::string_view opcodes, const ByteString& Rec) const;
+    double Scaled(std::int32_t value) const;
+    ByteString Flag(const ByteString& Rec) const;
+
+    char16_t mCode;  // 0 where the descriptor's code is not one letter
+    std::int32_t mLength;
+    std::int32_t mStart;
+    std::int32_t mTypeSpec;
+    double mPower;  // what TypeSpec makes of 10, or of 2 for a bit number
+};
+
+/// The value of the field that Item describes. Raises what FieldDecoder::Decode raises.
+ColumnValue Unpack(const catalogue::cInterface& Item, const ByteString& Rec);
+
+/// The descriptor by which a key of the positioned `LogicalIndexDefinition` row is decoded.
+catalogue::cInterface KeyDescriptor(dao::Recordset& Item);
+
+/// The value of the key Rec by the positioned `LogicalIndexDefinition` row, unscaled.
+ColumnValue UnpackKey(dao::Recordset& Item, const ByteString& Rec);
+
+}  // namespace exporting
