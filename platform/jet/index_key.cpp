@@ -14,6 +14,7 @@
 // A descending part has every byte inverted, but for the 09s between blocks.
 #include "platform/jet/index_key.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <string_view>
@@ -68,6 +69,16 @@ void AppendBlocks(std::string& key, std::string_view bytes, bool ascending) {
     }
 }
 
+/// A GUID's bytes in the order of its text: the first three of its parts are stored lowest byte first.
+std::string GuidInTextOrder(std::string bytes) {
+    constexpr std::size_t GuidLength = 16;
+    if (bytes.size() != GuidLength) throw DataError(DataConversion);
+    std::reverse(bytes.begin(), bytes.begin() + 4);
+    std::reverse(bytes.begin() + 4, bytes.begin() + 6);
+    std::reverse(bytes.begin() + 6, bytes.begin() + 8);
+    return bytes;
+}
+
 void AppendText(std::string& key, const std::u16string& text, bool ascending, Version version) {
     if (version == Version::Jet3) {
         AppendTextKey3(key, text, ascending);
@@ -104,8 +115,9 @@ void AppendKey(std::string& key, const Value& value, ColumnType type, bool ascen
             return AppendReal(key, std::bit_cast<std::uint64_t>(Expect<platform::OleDate>(value).Serial), 8,
                               ascending);
         case ColumnType::Binary:
-        case ColumnType::Guid:
             return AppendBlocks(key, Expect<Binary>(value).Bytes, ascending);
+        case ColumnType::Guid:
+            return AppendBlocks(key, GuidInTextOrder(Expect<Binary>(value).Bytes), ascending);
         case ColumnType::Text:
         case ColumnType::Memo:
             return AppendText(key, Expect<std::u16string>(value), ascending, version);
