@@ -1,0 +1,131 @@
+#include "engine/field_codec.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "tests/engine/bytes.h"
+#include "tests/support/expect_error.h"
+
+namespace engine {
+namespace {
+
+using test::ErrorOf;
+using test::Hex;
+
+constexpr std::int32_t Highest = std::numeric_limits<std::int32_t>::max();
+
+TEST(FieldCodec, ReadsEveryOpcodeInEitherLetterCase) {
+    const struct {
+        const char* Opcode;
+        const char* Bytes;
+        std::int32_t Value;
+    } cases[]{
+        {"B", "80", 128},
+        {"I", "80", -128},
+        {"I", "7F", 127},
+        {"C", "01 02", 258},
+        {"C", "FF FF", 65535},
+        {"J", "7F FF", 32767},
+        {"J", "80 00", -32768},
+        {"D", "FF FF FE", 16777214},
+        {"K", "FF FF FE", -2},
+        {"K", "80 00 00", -8388608},
+        {"L", "80 00 00 00", std::numeric_limits<std::int32_t>::min()},
+        {"L", "00 00 01 00", 256},
+        {"L", "FF FF FF FF", -1},
+        {"d", "00 01 00", 256},
+    };
+    for (const auto& c : cases) {
+        ByteString opcode = c.Opcode;
+        // A byte before and one behind show that the position counts from 1 and the width is right.
+        EXPECT_EQ(Unpack(opcode, Hex("AA") + Hex(c.Bytes) + Hex("AA"), 2), c.Value) << c.Opcode << c.Bytes;
+        EXPECT_EQ(opcode, std::string(1, static_cast<char>(std::toupper(*c.Opcode))));
+    }
+}
+
+TEST(FieldCodec, WritesTheLowBytesWithoutARangeCheckOrALongerText) {
+    const struct {
+        const char* Opcode;
+        std::int32_t Value;
+        std::int32_t Position;
+        const char* Before;
+        const char* After;
+    } cases[]{
+        {"C", 258, 1, "AA AA AA", "01 02 AA"},
+        {"K", -2, 2, "AA AA AA AA", "AA FF FF FE"},
+        {"B", 300, 1, "AA", "2C"},
+        {"C", -1, 1, "00 00", "FF FF"},
+        {"J", -2, 1, "00 00 00", "FF FE 00"},
+        {"I", -1, 3, "00 00 00", "00 00 FF"},
+        {"L", 0x01020304, 1, "00 00 00 00", "01 02 03 04"},
+        {"d", 0x1020304, 1, "00 00 00 00", "02 03 04 00"},
+    };
+    for (const auto& c : cases) {
+        ByteString opcode = c.Opcode;
+        ByteString data = Hex(c.Before);
+        Pack(opcode, data, c.Value, c.Position);
+        EXPECT_EQ(data, Hex(c.After)) << c.Opcode << c.Value;
+    }
+}
+
+TEST(FieldCodec, UnknownOpcodesAreShownInUpperCase) {
+    for (const char* text : {"", "x", "cc", "A", "\xE9"}) {
+        ByteString opcode = text;
+        ByteString data = "1234";
+        const auto reading = ErrorOf([&] { Unpack(opcode, data, 99); });
+        EXPECT_EQ(reading.Number, 100);
+        EXPECT_EQ(reading.Source, "UnPack");
+        const auto writing = ErrorOf([&] { Pack(opcode, data, 1, 99); });
+        EXPECT_EQ(writing.Source, "Pack");
+        EXPECT_EQ(writing.Description, reading.Description);
+    }
+    ByteString opcode = "x\xE9";
+    EXPECT_EQ(ErrorOf([&] { Unpack(opcode, "", 1); }).Description, "Unknown OpCode = \"X\xC3\x89\"");
+    EXPECT_EQ(opcode, "X\xC9");
+}
+
+TEST(FieldCodec, APositionTooCloseToTheEndIsNamed) {
+    ByteString opcode = "l";
+    ByteString data(10, '*');
+    const auto writing = ErrorOf([&] { Pack(opcode, data, 0, 9); });
+    EXPECT_EQ(writing.Number, 31);
+    EXPECT_EQ(writing.Source, "Pack");
+    EXPECT_EQ(writing.Description, "Invalid Subscript.  Pack \"L\", Data$, 9   Len(Data$) = 10");
+    EXPECT_EQ(data, ByteString(10, '*'));
+    Pack(opcode, data, 0, 7);
+
+    opcode = "C";
+    const auto reading = ErrorOf([&] { Unpack(opcode, ByteString(11, '*'), 12); });
+    EXPECT_EQ(reading.Number, 31);
+    EXPECT_EQ(reading.Source, "UnPack");
+    EXPECT_EQ(reading.Description, "Invalid Subscript.  UnPack(\"C\", Data$, 12)   Len(Data$) = 11");
+}
+
+TEST(FieldCodec, OrderOfTheChecks) {
+    const struct {
+        char Opcode;
+        std::int32_t Position;
+        int Number;
+    } cases[]{
+        // The sign is read before the length is checked.
+        {'I', 5, 5},       {'J', 5, 5},           {'K', 5, 5},
+        {'J', 4, 31},      {'K', 3, 31},          {'I', 4, 0},
+        {'B', 5, 31},      {'C', 4, 31},          {'D', 3, 31},
+        {'L', 2, 31},      {'L', 1, 0},           {'B', 0, 5},
+        {'L', 0, 5},       {'J', 0, 5},           {'L', -100, 5},
+        {'B', Highest, 6}, {'L', Highest - 3, 6}, {'L', Highest - 4, 31},
+        {'J', Highest, 5},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(test::NumberRaised([&] { iUnpack(c.Opcode, "1234", c.Position); }), c.Number)
+            << c.Opcode << c.Position;
+    }
+    ByteString data = "1234";
+    EXPECT_EQ(test::NumberRaised([&] { iPack('J', data, 0, Highest); }), 6);
+    EXPECT_EQ(test::NumberRaised([&] { iPack('J', data, 0, 5); }), 31);
+    EXPECT_EQ(test::NumberRaised([&] { iPack('J', data, 0, 0); }), 5);
+    EXPECT_EQ(data, "1234");
+}
+
+}  // namespace
+}  // namespace engine
