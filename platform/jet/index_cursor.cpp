@@ -58,7 +58,7 @@ void IndexTree::Cursor::Next() {
 bool IndexTree::Cursor::Resume() {
     if (!IndexPage::IsLeafOf(mTree->mFile, mLeaf, mTree->mTablePage)) return false;
     IndexPage leaf = mTree->Read(mLeaf);
-    if (!leaf.HoldsAt(mOffset, mEntry)) return false;
+    if (!leaf.HoldsEntry(mOffset, mEntry)) return false;
     const std::size_t next = leaf.EntryEnd(mOffset);
     Settle(std::move(leaf), next);
     return true;

@@ -151,10 +151,6 @@ std::size_t IndexPage::EntryEnd(std::size_t offset) const {
     return entry_mask::Next(mPage.Data() + mFormat->IndexMaskAt, offset + 1, mEnd);
 }
 
-std::size_t IndexPage::LastEntry() const {
-    return EntryStart(mEnd - 1);
-}
-
 std::size_t IndexPage::Find(std::string_view sought) const {
     const int order = sought.substr(0, mPrefix).compare(AsText(Area(), mPrefix));
     if (order < 0) return 0;
@@ -193,9 +189,19 @@ std::string IndexPage::Entry(std::size_t offset) const {
     return entry;
 }
 
-bool IndexPage::HoldsAt(std::size_t offset, std::string_view entry) const {
+/// Whether the entry at offset begins so and has so many bytes more.
+bool IndexPage::Holds(std::size_t offset, std::string_view start, std::size_t further) const {
     if (offset >= mEnd || EntryStart(offset) != offset) return false;
-    return Entry(offset) == entry;
+    const std::string_view stored = Stored(offset, EntryEnd(offset));
+    const std::size_t omitted = offset == 0 ? 0 : mPrefix;
+    if (start.size() + further != omitted + stored.size()) return false;
+    const std::size_t shared = std::min(omitted, start.size());
+    return start.substr(0, shared) == AsText(Area(), shared) && stored.starts_with(start.substr(shared));
+}
+
+std::uint32_t IndexPage::Child(std::size_t offset) const {
+    const std::string_view stored = Stored(offset, EntryEnd(offset));
+    return PointerOf(stored.size() >= PointerLength ? stored : std::string_view(Entry(offset)));
 }
 
 std::vector<std::string> IndexPage::Entries() const {
@@ -220,7 +226,7 @@ bool IndexPage::Insert(std::size_t offset, std::string_view entry) {
     std::uint8_t* const mask = data + mFormat->IndexMaskAt;
     if (at < mEnd) {
         std::memmove(area + at + count, area + at, mEnd - at);
-        entry_mask::MoveUp(mask, MaskLength(), at, count);
+        entry_mask::MoveUp(mask, at, mEnd, count);
     }
     const std::string_view stored = offset == 0 ? entry : entry.substr(mPrefix);
     std::memcpy(area + offset, stored.data(), stored.size());
@@ -249,7 +255,7 @@ void IndexPage::Erase(std::size_t offset) {
     std::uint8_t* const area = data + mFormat->IndexEntriesAt;
     std::memmove(area + at, area + end, mEnd - end);
     std::fill_n(area + mEnd - count, count, std::uint8_t{0});
-    entry_mask::MoveDown(data + mFormat->IndexMaskAt, MaskLength(), end, count);
+    entry_mask::MoveDown(data + mFormat->IndexMaskAt, end, mEnd, count);
     SetEnd(mEnd - count);
 }
 

@@ -66,14 +66,23 @@ class IndexPage {
     std::size_t EntryEnd(std::size_t offset) const;
 
     /// Where the last entry starts; the page is not empty.
-    std::size_t LastEntry() const;
+    std::size_t LastEntry() const { return EntryBefore(mEnd); }
 
     /// The whole entry at offset, the common prefix included.
     std::string Entry(std::size_t offset) const;
     void ReadEntry(std::size_t offset, std::string& entry) const;
 
-    /// Whether this very entry starts at offset, which may be any.
-    bool HoldsAt(std::size_t offset, std::string_view entry) const;
+    /// Whether an entry starts at offset, which may be any, and is this one, or has this key.
+    bool HoldsEntry(std::size_t offset, std::string_view entry) const { return Holds(offset, entry, 0); }
+    bool HoldsKey(std::size_t offset, std::string_view key) const {
+        return Holds(offset, key, PointerLength);
+    }
+
+    /// The child page of a node's entry.
+    std::uint32_t Child(std::size_t offset) const;
+
+    /// Where the entry before the one at offset starts; offset is not 0.
+    std::size_t EntryBefore(std::size_t offset) const { return EntryStart(offset - 1); }
 
     /// Puts an entry at an offset that Find gave for it. False, and nothing changed, when the page has no
     /// room even with the longest common prefix.
@@ -96,6 +105,7 @@ class IndexPage {
     const std::uint8_t* Area() const { return mPage.Data() + mFormat->IndexEntriesAt; }
     std::string_view Stored(std::size_t start, std::size_t end) const;
     std::string_view WithoutPrefix(std::size_t start, std::size_t end) const;
+    bool Holds(std::size_t offset, std::string_view start, std::size_t further) const;
     std::size_t MaskLength() const { return mFormat->IndexEntriesAt - mFormat->IndexMaskAt; }
     std::size_t EntryStart(std::size_t inside) const;
     std::size_t CommonPrefix(std::span<const std::string> entries) const;

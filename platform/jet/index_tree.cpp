@@ -93,12 +93,19 @@ IndexTree::Place IndexTree::Locate(std::string_view entry) const {
         }
         if (page.IsEmpty()) throw mFile.Damaged();
         if (offset == page.End()) offset = page.LastEntry();
-        number = PointerOf(page.Entry(offset));
+        number = page.Child(offset);
         allTails = false;
     }
 }
 
 bool IndexTree::Contains(std::string_view key) const {
+    if (mLastLeaf != 0) {
+        const IndexPage last = Read(mLastLeaf);
+        if (!last.IsEmpty() && last.IsAboveAll(key)) return false;
+    }
+    const Place place = Locate(key);
+    if (place.Offset < place.Leaf.End()) return place.Leaf.HoldsKey(place.Offset, key);
+    // The separator above ends in a row, so a key that is last on its leaf sends the search to the next one.
     const Cursor cursor = LowerBound(key);
     return !cursor.AtEnd() && cursor.Key() == key;
 }
@@ -115,7 +122,7 @@ void IndexTree::Insert(std::string_view key, RowPointer row) {
         CorrectSeparators(place.Way, place.Way.Count - 1, mEntry);
         place = Locate(mEntry);
     }
-    if (place.Leaf.HoldsAt(place.Offset, mEntry)) throw mFile.Damaged();
+    if (place.Leaf.HoldsEntry(place.Offset, mEntry)) throw mFile.Damaged();
     if (!mFile.IsShared() && place.AllTails && place.Leaf.Next() == 0) mLastLeaf = place.Leaf.Number();
     if (!place.Leaf.Insert(place.Offset, mEntry)) SplitLeaf(std::move(place), mEntry);
 }
@@ -263,7 +270,7 @@ void IndexTree::Remove(std::string_view key, RowPointer row) {
     AppendPointer(mEntry, row.Dword());
     Place place = Locate(mEntry);
     IndexPage& leaf = place.Leaf;
-    if (!leaf.HoldsAt(place.Offset, mEntry)) throw mFile.Damaged();
+    if (!leaf.HoldsEntry(place.Offset, mEntry)) throw mFile.Damaged();
 
     leaf.Erase(place.Offset);
     const std::size_t level = place.Way.Count - 1;
