@@ -30,12 +30,16 @@ std::u16string CurrencyText(Currency amount) {
     const bool negative = amount.Scaled < 0;
     const std::uint64_t magnitude =
         negative ? 0 - static_cast<std::uint64_t>(amount.Scaled) : static_cast<std::uint64_t>(amount.Scaled);
-    std::string text = std::to_string(magnitude / Scale);
+    std::string text = negative ? "-" : "";
+    text += std::to_string(magnitude / Scale);
     if (const std::uint64_t decimals = magnitude % Scale; decimals != 0) {
-        text += '.' + std::to_string(Scale + decimals).substr(1);
-        text.erase(text.find_last_not_of('0') + 1);
+        // The leading 1 keeps the zeros behind the point; the point takes its place.
+        std::string digits = std::to_string(Scale + decimals);
+        digits.front() = '.';
+        digits.erase(digits.find_last_not_of('0') + 1);
+        text += digits;
     }
-    return platform::WideFromBytes((negative ? "-" : "") + text);
+    return platform::WideFromBytes(text);
 }
 
 /// The number that a text stands for: a currency sign and thousands separators are allowed. Raises 13, 6.
