@@ -4,6 +4,7 @@
 #include "bench/orders.h"
 #include "bench/write_arguments.h"
 #include "platform/dao/database.h"
+#include "platform/error.h"
 
 namespace {
 
