@@ -131,7 +131,7 @@ bool ExportRun::CopyRecords() {
         mProgressCount = platform::CheckedAdd(mProgressCount, 1);
         mWindow.SetProgress(mProgressCount, mState.TotalRecords);
         if (BuildRecord() && StatusIsSelected() && !WriteRow()) return true;
-        if (mState.CancelRequested) return false;
+        if (mState.CancelRequested) return false;  // in the middle of a chain without end
         Advance();
     }
     return true;

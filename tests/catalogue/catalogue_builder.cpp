@@ -1,0 +1,150 @@
+#include "tests/catalogue/catalogue_builder.h"
+
+namespace test {
+
+using dao::FieldType;
+
+CatalogueBuilder::CatalogueBuilder(const std::filesystem::path& file)
+    : mDatabase(dao::CreateDatabase(file.string(), ";LANGID=0x0409;CP=1252;COUNTRY=0")) {
+    AddTable(u"VantoraFileDefinitions",
+             {{u"TableName", FieldType::Text},
+              {u"RowNumber", FieldType::Long},
+              {u"FieldName", FieldType::Text},
+              {u"FieldType", FieldType::Text},
+              {u"FieldLength", FieldType::Integer},
+              {u"StartPosition", FieldType::Integer},
+              {u"FieldSpecifier", FieldType::Integer}},
+             {u"TableName", u"RowNumber"});
+    AddTable(u"LogicalMap",
+             {{u"TableName", FieldType::Text},
+              {u"TableHierarchy", FieldType::Text},
+              {u"KeyFile", FieldType::Text},
+              {u"DataFile1", FieldType::Text},
+              {u"DataFile2", FieldType::Text},
+              {u"DataFile3", FieldType::Text},
+              {u"DataFile4", FieldType::Text},
+              {u"LogicalIndex", FieldType::Text},
+              {u"StartingStatus", FieldType::Long},
+              {u"EndingStatus", FieldType::Long},
+              {u"IndexFieldinDataFile", FieldType::Text},
+              {u"RowNumber", FieldType::Long}},
+             {u"TableName", u"RowNumber"});
+    AddTable(u"LogicalIndexDefinition",
+             {{u"KeyName", FieldType::Text},
+              {u"KeyFieldDescription", FieldType::Text},
+              {u"DataType", FieldType::Text},
+              {u"StartValue", FieldType::Long},
+              {u"EndValue", FieldType::Long},
+              {u"Size", FieldType::Integer},
+              {u"overrideEnd", FieldType::Long},
+              {u"overrideStart", FieldType::Long}},
+             {u"KeyName"});
+    AddTable(u"LogicalIndex",
+             {{u"TableName", FieldType::Text},
+              {u"IndexName", FieldType::Text},
+              {u"RowNumber", FieldType::Long},
+              {u"Primary", FieldType::Boolean},
+              {u"Unique", FieldType::Boolean},
+              {u"FieldName", FieldType::Text},
+              {u"Descending", FieldType::Boolean}},
+             {u"TableName", u"IndexName", u"RowNumber"});
+    AddTable(u"LogicalRelations",
+             {{u"RelationName", FieldType::Text},
+              {u"RowNumber", FieldType::Long},
+              {u"TableName", FieldType::Text},
+              {u"ForeignTable", FieldType::Text},
+              {u"Type", FieldType::Integer},
+              {u"FieldName", FieldType::Text},
+              {u"ForeignName", FieldType::Text}},
+             {u"RelationName", u"RowNumber"});
+}
+
+void CatalogueBuilder::AddTable(const std::u16string& name, std::initializer_list<Column> columns,
+                                std::initializer_list<std::u16string> primaryKey) {
+    const auto table = mDatabase->CreateTableDef(name);
+    for (const Column& column : columns) table->AppendField(table->CreateField(column.Name, column.Type));
+    mDatabase->TableDefs().Append(table);
+    const auto appended = mDatabase->TableDefs().Item(name);
+    dao::Index index = appended->CreateIndex(u"PrimaryKey");
+    index.SetPrimary(true);
+    for (const std::u16string& column : primaryKey) index.Fields.push_back(appended->CreateField(column));
+    appended->Indexes().Append(index);
+}
+
+void CatalogueBuilder::AddRow(const std::u16string& table,
+                              std::initializer_list<std::pair<std::u16string, dao::Value>> values) {
+    const auto rows = mDatabase->OpenRecordset(table);
+    rows->AddNew();
+    for (const auto& [column, value] : values) {
+        if (!dao::IsNull(value)) rows->Fields(column).SetValue(value);
+    }
+    rows->Update();
+    rows->Close();
+}
+
+void CatalogueBuilder::AddField(const std::u16string& table, const std::u16string& name,
+                                const std::u16string& type, std::int32_t length, std::int32_t start,
+                                std::int32_t specifier) {
+    AddRow(u"VantoraFileDefinitions", {{u"TableName", table},
+                                       {u"RowNumber", ++mRowNumber},
+                                       {u"FieldName", name},
+                                       {u"FieldType", type},
+                                       {u"FieldLength", length},
+                                       {u"StartPosition", start},
+                                       {u"FieldSpecifier", specifier}});
+}
+
+void CatalogueBuilder::AddMap(const MapRow& row) {
+    const auto file = [&row](std::size_t position) {
+        return row.Files[position] ? dao::Value(*row.Files[position]) : dao::Value();
+    };
+    AddRow(u"LogicalMap", {{u"TableName", row.TableName},
+                           {u"TableHierarchy", row.TableHierarchy},
+                           {u"KeyFile", file(0)},
+                           {u"DataFile1", file(1)},
+                           {u"DataFile2", file(2)},
+                           {u"DataFile3", file(3)},
+                           {u"DataFile4", file(4)},
+                           {u"LogicalIndex", row.LogicalIndex},
+                           {u"StartingStatus", row.StartingStatus},
+                           {u"EndingStatus", row.EndingStatus},
+                           {u"IndexFieldinDataFile", row.IndexFieldinDataFile},
+                           {u"RowNumber", ++mRowNumber}});
+}
+
+void CatalogueBuilder::AddKey(const KeyRow& row) {
+    AddRow(u"LogicalIndexDefinition", {{u"KeyName", row.Name},
+                                       {u"KeyFieldDescription", u"Key of " + row.Name},
+                                       {u"DataType", row.DataType},
+                                       {u"StartValue", row.StartValue},
+                                       {u"EndValue", row.EndValue},
+                                       {u"Size", row.Size},
+                                       {u"overrideEnd", row.overrideEnd},
+                                       {u"overrideStart", row.overrideStart}});
+}
+
+void CatalogueBuilder::AddIndexColumn(const std::u16string& table, const std::u16string& index,
+                                      const std::u16string& field, bool primary, bool unique,
+                                      bool descending) {
+    AddRow(u"LogicalIndex", {{u"TableName", table},
+                             {u"IndexName", index},
+                             {u"RowNumber", ++mRowNumber},
+                             {u"Primary", primary},
+                             {u"Unique", unique},
+                             {u"FieldName", field},
+                             {u"Descending", descending}});
+}
+
+void CatalogueBuilder::AddRelation(const std::u16string& name, const std::u16string& table,
+                                   const std::u16string& foreign, std::int32_t type,
+                                   const std::u16string& field, const std::u16string& foreignField) {
+    AddRow(u"LogicalRelations", {{u"RelationName", name},
+                                 {u"RowNumber", ++mRowNumber},
+                                 {u"TableName", table},
+                                 {u"ForeignTable", foreign},
+                                 {u"Type", type},
+                                 {u"FieldName", field},
+                                 {u"ForeignName", foreignField}});
+}
+
+}  // namespace test
