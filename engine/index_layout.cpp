@@ -92,25 +92,26 @@ Cursor ParseBlock(std::string_view buff, bool extended) {
     return cursor;
 }
 
-IndexEntry FetchEntry(std::string_view buff, std::int32_t number, bool extended) {
+std::int32_t EntryShape::PositionOf(std::int32_t number) const {
+    return platform::CheckedAdd(platform::CheckedMultiply(number - 1, Length), InBuffer(Offset));
+}
+
+EntryShape ShapeOf(std::string_view buff, bool extended) {
     IndexHeader header;
     header.EntryLength = iUnpack('C', buff, EntryLengthPosition);
-    header.DuplicateKeys = extended && iUnpack('C', buff, DuplicateKeysPosition) != 0;
-    const std::int32_t offset = EntriesOffset(extended);
-    const std::int32_t start = EntryPosition(number, header.EntryLength, offset);
-    const std::string_view key = platform::Mid(buff, start, header.KeyLength(extended));
-    const std::int32_t pointer = PointerOf(buff, number, header.EntryLength, offset);
+    header.DuplicateKeys = iUnpack('C', buff, DuplicateKeysPosition) != 0;
+    return {header.EntryLength, header.KeyLength(extended), EntriesOffset(extended)};
+}
+
+IndexEntry FetchEntry(std::string_view buff, std::int32_t number, const EntryShape& shape) {
+    const std::string_view key = platform::Mid(buff, shape.PositionOf(number), shape.KeyLength);
+    const std::int32_t pointer = PointerOf(buff, number, shape);
     return {key, pointer == -1 ? 0 : pointer};
 }
 
-std::int32_t EntryPosition(std::int32_t number, std::int32_t entryLength, std::int32_t entriesOffset) {
-    return platform::CheckedAdd(platform::CheckedMultiply(number - 1, entryLength), InBuffer(entriesOffset));
-}
-
-std::int32_t PointerOf(std::string_view buff, std::int32_t number, std::int32_t entryLength,
-                       std::int32_t entriesOffset) {
+std::int32_t PointerOf(std::string_view buff, std::int32_t number, const EntryShape& shape) {
     // The pointer ends where the next entry would start.
-    return iUnpack('L', buff, EntryPosition(number + 1, entryLength, entriesOffset) - PointerLength);
+    return iUnpack('L', buff, shape.PositionOf(number + 1) - PointerLength);
 }
 
 int CompareKeys(std::string_view a, std::string_view b) {

@@ -87,28 +87,38 @@ struct Cursor {
 /// Raises 31 when buff is too short.
 Cursor ParseBlock(std::string_view buff, bool extended);
 
+/// How the entries of an index lie in its blocks.
+struct EntryShape {
+    std::int32_t Length = 0;     // bytes per entry
+    std::int32_t KeyLength = 0;  // below 0 when the length leaves no room for a pointer
+    std::int32_t Offset = 0;     // 1-based position of the first entry in a block
+
+    /// Where entry number starts in the work buffer; below 1 for entries in front of it. Raises 6 beyond 32
+    /// bits.
+    std::int32_t PositionOf(std::int32_t number) const;
+};
+
+/// Where entries start in a block, 1-based.
+constexpr std::int32_t EntriesOffset(bool extended) {
+    return extended ? 9 : 5;
+}
+
+/// The shape that the header copy in a work buffer tells. Raises 31 when buff is too short.
+EntryShape ShapeOf(std::string_view buff, bool extended);
+
 struct IndexEntry {
     std::string_view Key;  // in the work buffer
-    std::int32_t Pointer;
+    std::int32_t Pointer;  // 0 in place of -1
 };
 
 /// Entry number (1-based) of the current block. There is no test against the entry count: what lies beyond
 /// the block's entries is read as it stands, as far as the buffer reaches. Raises 5 when the entry would
 /// start before the buffer and for an entry length that leaves no room for a key, 31 when it ends beyond the
 /// buffer.
-IndexEntry FetchEntry(std::string_view buff, std::int32_t number, bool extended);
-
-/// Where entry number starts in the work buffer; below 1 for entries in front of it. Raises 6 beyond 32 bits.
-std::int32_t EntryPosition(std::int32_t number, std::int32_t entryLength, std::int32_t entriesOffset);
+IndexEntry FetchEntry(std::string_view buff, std::int32_t number, const EntryShape& shape);
 
 /// The pointer (L) of entry number of the current block, not translated. Raises 5 and 31.
-std::int32_t PointerOf(std::string_view buff, std::int32_t number, std::int32_t entryLength,
-                       std::int32_t entriesOffset);
-
-/// Where entries start in a block, 1-based.
-constexpr std::int32_t EntriesOffset(bool extended) {
-    return extended ? 9 : 5;
-}
+std::int32_t PointerOf(std::string_view buff, std::int32_t number, const EntryShape& shape);
 
 /// Position in the work buffer of the path stack's entry for a level.
 constexpr std::int32_t PathPosition(std::int32_t level) {

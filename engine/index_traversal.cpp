@@ -20,7 +20,7 @@ const cLogicalFile& Required(const std::shared_ptr<cLogicalFile>& logicalFile) {
 }
 
 void Deliver(ByteString& buff, std::int32_t number, bool extended, ByteString& key, std::int32_t& rec) {
-    const IndexEntry entry = FetchEntry(buff, number, extended);
+    const IndexEntry entry = FetchEntry(buff, number, ShapeOf(buff, extended));
     key.assign(entry.Key);
     rec = entry.Pointer;
     iPack('B', buff, number, BufferEntryPosition);
@@ -43,7 +43,7 @@ class StepBack {
         : mFile(file),
           mBuff(buff),
           mKey(key),
-          mEntryLength(ParseHeader(buff).EntryLength),
+          mShape(ShapeOf(buff, false)),
           mCursor(ParseBlock(buff, false)),
           mEntry(mCursor.Entry),
           mLeafLevel(mCursor.Level),
@@ -66,7 +66,7 @@ class StepBack {
         // The parent's entry for this block: the block's highest key with the block's own number.
         const std::int32_t block = iUnpack('C', mBuff, PathPosition(mLevel + 1));
         mKey = WholeEntry(mCursor.Count);
-        iPack('L', mKey, block, mEntryLength - PointerLength + 1);
+        iPack('L', mKey, block, mShape.Length - PointerLength + 1);
 
         ReadSmallBlock(mFile, iUnpack('C', mBuff, PathPosition(mLevel)), mBuff);
         mCursor = ParseBlock(mBuff, false);
@@ -78,11 +78,11 @@ class StepBack {
     }
 
     std::string_view WholeEntry(std::int32_t number) const {
-        return platform::Mid(mBuff, EntryPosition(number, mEntryLength, EntriesOffset(false)), mEntryLength);
+        return platform::Mid(mBuff, mShape.PositionOf(number), mShape.Length);
     }
 
     void Descend() {
-        const std::int32_t child = PointerOf(mBuff, mEntry - 1, mEntryLength, EntriesOffset(false));
+        const std::int32_t child = PointerOf(mBuff, mEntry - 1, mShape);
         ReadSmallBlock(mFile, child, mBuff);
         ++mLevel;
         iPack('C', mBuff, child, PathPosition(mLevel));
@@ -93,7 +93,7 @@ class StepBack {
     const cLogicalFile& mFile;
     ByteString& mBuff;
     ByteString& mKey;
-    std::int32_t mEntryLength;
+    EntryShape mShape;
     Cursor mCursor;
     std::int32_t mEntry;
     std::int32_t mLeafLevel;
@@ -102,20 +102,21 @@ class StepBack {
 
 // How KCount reads an index, by its block size alone.
 struct CountFormat {
-    std::int32_t LastLeaf;
-    bool Extended;
-    std::int32_t EntriesOffset;
+    std::int32_t LastLeaf = 0;
+    bool Extended = false;
+    EntryShape Shape;
 };
 
-CountFormat FormatOf(std::int32_t blockSize) {
-    if (blockSize == BlockSize) return {LastLeaf, false, EntriesOffset(false)};
-    if (blockSize == ExtendedBlockSize) return {ExtendedLastLeaf, true, EntriesOffset(true)};
-    return {0, false, 0};
+CountFormat FormatOf(std::int32_t blockSize, std::string_view buff) {
+    if (blockSize == BlockSize) return {LastLeaf, false, ShapeOf(buff, false)};
+    if (blockSize == ExtendedBlockSize) return {ExtendedLastLeaf, true, ShapeOf(buff, true)};
+    EntryShape shape = ShapeOf(buff, false);
+    shape.Offset = 0;
+    return {0, false, shape};
 }
 
 std::int32_t CountLeafEntries(const cLogicalFile& file, ByteString& buff) {
-    const CountFormat format = FormatOf(file.RecordLength);
-    const std::int32_t entryLength = ParseHeader(buff).EntryLength;
+    const CountFormat format = FormatOf(file.RecordLength, buff);
     Cursor leaf = ParseBlock(buff, format.Extended);
     std::int32_t total = leaf.Count;
     CircleGuard guard("KCount", file);
@@ -125,8 +126,7 @@ std::int32_t CountLeafEntries(const cLogicalFile& file, ByteString& buff) {
         leaf = ParseBlock(buff, format.Extended);
         total = platform::CheckedAdd(total, leaf.Count);
         // 65535 in both formats: in the extended one it may be any leaf's link, so the terminator decides.
-        if (leaf.LeafLink == LastLeaf && PointerOf(buff, leaf.Count, entryLength, format.EntriesOffset) == -1)
-            break;
+        if (leaf.LeafLink == LastLeaf && PointerOf(buff, leaf.Count, format.Shape) == -1) break;
     }
     return total - 1;  // the terminator
 }
@@ -171,20 +171,20 @@ void KLast(const std::shared_ptr<cLogicalFile>& LogicalFile, ByteString& Buff, B
         iReadFile(file.OpenFile, BlockSize, platform::CheckedMultiply(file.Position, BlockSize));
     if (Buff.size() < BufferLength) Buff.resize(BufferLength, '\0');
     platform::Put(Buff, 1, headerBlock);
-    const IndexHeader header = ParseHeader(headerBlock);
+    const EntryShape shape = ShapeOf(Buff, false);
 
     // The header copy reaches into the block's place: the first link is header bytes 35-36, zeros.
     Cursor cursor = ParseBlock(Buff, false);
     CircleGuard guard("KLast", file);
     std::int32_t level = 0;
-    Rec = header.Root;
+    Rec = ParseHeader(headerBlock).Root;
     while (cursor.LeafLink == 0) {
         guard.Visit(Rec);
         ReadSmallBlock(file, Rec, Buff);
         cursor = ParseBlock(Buff, false);
         ++level;
         iPack('C', Buff, Rec, PathPosition(level));
-        Rec = PointerOf(Buff, cursor.Count, header.EntryLength, EntriesOffset(false));
+        Rec = PointerOf(Buff, cursor.Count, shape);
     }
     Deliver(Buff, cursor.Count - 1, false, Key, Rec);
     iPack('B', Buff, level, BufferLevelPosition);

@@ -31,7 +31,12 @@ void ShowOutOfRange(const cLogicalFile& file, platform::WindowServices& window) 
 class Search {
   public:
     Search(const cLogicalFile& file, ByteString& buff, const ByteString& key, std::int32_t& rec)
-        : mFile(file), mBuff(buff), mKey(key), mRec(rec), mGuard("KFind", file) {}
+        : mFile(file),
+          mBuff(buff),
+          mKey(key),
+          mRec(rec),
+          mShape(ShapeOf(buff, file.IsamPlus)),
+          mGuard("KFind", file) {}
 
     enum class Outcome { Found, NotFound, OutOfRange };
 
@@ -81,7 +86,7 @@ class Search {
     /// The first entry of the current block that is not below the key.
     bool ScanBlock() {
         for (mEntry = 1; mEntry <= mCursor.Count; ++mEntry) {
-            const IndexEntry entry = FetchEntry(mBuff, mEntry, mFile.IsamPlus);
+            const IndexEntry entry = FetchEntry(mBuff, mEntry, mShape);
             mRec = entry.Pointer;
             mFoundKey = entry.Key;
             if (CompareKeys(mKey, entry.Key) <= 0) return true;
@@ -102,6 +107,7 @@ class Search {
     ByteString& mBuff;
     const ByteString& mKey;
     std::int32_t& mRec;
+    EntryShape mShape;
     CircleGuard mGuard;
     Cursor mCursor;
     std::int32_t mLevel = 0;
