@@ -1,0 +1,273 @@
+#include "platform/dao/recordset.h"
+
+#include <functional>
+#include <gmock/gmock.h>
+
+#include "tests/dao/dao_fixture.h"
+
+namespace dao {
+namespace {
+
+using testing::ElementsAre;
+
+class Recordsets : public test::DaoFixture {
+  protected:
+    void SetUp() override {
+        MakeTable(u"Towns",
+                  {{u"Id", FieldType::Long},
+                   {u"Town", FieldType::Text, 20},
+                   {u"Note", FieldType::Memo},
+                   {u"Open", FieldType::Boolean},
+                   {u"Rate", FieldType::Currency}},
+                  {{u"PrimaryKey", {u"Id"}, true},
+                   {u"ByTown", {u"Town"}, false, false, true},
+                   {u"ByRate", {u"Rate", u"Id"}, false, true}});
+        mRows = mDatabase->OpenRecordset(u"Towns");
+    }
+
+    void AddThree() {
+        Add(*mRows, {30, u"Oslo"});
+        Add(*mRows, {10, u"Århus", u"a note", true, 2.5});
+        Add(*mRows, {20, u"bergen", Null{}, false, 1.25});
+    }
+
+    int Raised(const std::function<void()>& call) { return test::ErrorOf(call).Number; }
+
+    std::shared_ptr<Recordset> mRows;
+};
+
+// Walking
+
+TEST_F(Recordsets, AnEmptyTableIsAtItsEnd) {
+    EXPECT_TRUE(mRows->AtEnd());
+    EXPECT_EQ(mRows->RecordCount(), 0);
+    EXPECT_EQ(Raised([&] { mRows->MoveFirst(); }), 3021);
+    EXPECT_EQ(Raised([&] { mRows->MoveNext(); }), 3021);
+    EXPECT_EQ(Raised([&] { mRows->Edit(); }), 3021);
+    EXPECT_EQ(Raised([&] { mRows->Fields(u"Id").GetValue(); }), 3021);
+}
+
+TEST_F(Recordsets, RowsComeInPhysicalOrderUntilAnIndexIsNamed) {
+    AddThree();
+    EXPECT_THAT(ColumnValues(*mRows, u"Id"), ElementsAre(Value(30), Value(10), Value(20)));
+    EXPECT_EQ(Raised([&] { mRows->MoveNext(); }), 3021) << "behind the last row";
+    mRows->SetIndex(u"primarykey");
+    EXPECT_THAT(ColumnValues(*mRows, u"Id"), ElementsAre(Value(10), Value(20), Value(30)));
+    mRows->SetIndex(u"ByTown");
+    EXPECT_THAT(ColumnValues(*mRows, u"Town"),
+                ElementsAre(Value(u"Oslo"), Value(u"bergen"), Value(u"Århus")));
+    mRows->SetIndex(u"ByRate");
+    EXPECT_THAT(ColumnValues(*mRows, u"Id"), ElementsAre(Value(30), Value(20), Value(10))) << "Null first";
+    const platform::Error error = test::ErrorOf([&] { mRows->SetIndex(u"ByColour"); });
+    EXPECT_EQ(error.Number, 3800);
+    EXPECT_EQ(error.Description, "'ByColour' is not an index in this table.");
+}
+
+TEST_F(Recordsets, ATableOpenedWithRowsStandsOnTheFirst) {
+    AddThree();
+    const auto rows = mDatabase->OpenRecordset(u"TOWNS");
+    EXPECT_FALSE(rows->AtEnd());
+    EXPECT_EQ(rows->Fields(0).GetValue(), Value(30));
+    EXPECT_EQ(rows->RecordCount(), 3);
+}
+
+TEST_F(Recordsets, ARowAddedWhileWalkingComesAtItsPlace) {
+    AddThree();
+    mRows->SetIndex(u"PrimaryKey");
+    mRows->MoveFirst();
+    Add(*mRows, {15, u"Tromsø"});
+    EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(10)) << "adding leaves the current row";
+    mRows->MoveNext();
+    EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(15));
+}
+
+TEST_F(Recordsets, SeekFindsTheFirstRowOfAKey) {
+    AddThree();
+    EXPECT_EQ(Raised([&] { mRows->Seek("=", 10); }), 3019);
+    mRows->SetIndex(u"PrimaryKey");
+    mRows->Seek("=", 20.4);  // converted as an assignment would be
+    EXPECT_FALSE(mRows->NoMatch());
+    EXPECT_EQ(mRows->Fields(u"Town").GetValue(), Value(u"bergen"));
+    mRows->MoveNext();
+    EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(30));
+
+    mRows->Seek("=", 11);
+    EXPECT_TRUE(mRows->NoMatch());
+    EXPECT_EQ(Raised([&] { mRows->Fields(u"Id").GetValue(); }), 3021);
+    mRows->MoveFirst();
+    EXPECT_TRUE(mRows->NoMatch()) << "moving does not touch it";
+
+    mRows->SetIndex(u"ByTown");
+    for (const std::u16string town : {u"BERGEN", u"Bergen   "}) {
+        mRows->Seek("=", town);
+        EXPECT_FALSE(mRows->NoMatch());
+    }
+    mRows->Seek("=", u"Arhus");
+    EXPECT_TRUE(mRows->NoMatch()) << "accents count";
+    mRows->Seek("=", u"");
+    EXPECT_TRUE(mRows->NoMatch());
+    mRows->SetIndex(u"ByRate");
+    const std::vector<Value> key{1.25, 20};
+    mRows->Seek("=", key);
+    EXPECT_FALSE(mRows->NoMatch());
+    EXPECT_EQ(Raised([&] { mRows->Seek("=", 1.25); }), 3001) << "one value a column";
+    EXPECT_EQ(Raised([&] { mRows->Seek(">=", key); }), 3001);
+}
+
+// Fields
+
+TEST_F(Recordsets, FieldsAreFoundByNameAndPosition) {
+    EXPECT_EQ(mRows->FieldCount(), 5);
+    EXPECT_EQ(&mRows->Fields(u"TOWN"), &mRows->Fields(1));
+    EXPECT_EQ(mRows->Fields(1).Name(), u"Town");
+    EXPECT_EQ(mRows->Fields(1).Size(), 20);
+    EXPECT_EQ(mRows->Fields(2).Type(), FieldType::Memo);
+    EXPECT_EQ(mRows->Fields(2).Size(), 0);
+    EXPECT_EQ(mRows->Fields(4).Size(), 8);
+    EXPECT_EQ(Raised([&] { mRows->Fields(u"Village"); }), 3265);
+    EXPECT_EQ(Raised([&] { mRows->Fields(5); }), 3265);
+    EXPECT_EQ(Raised([&] { mRows->Fields(-1); }), 3265);
+}
+
+TEST_F(Recordsets, ValuesComeBackInTheColumnsKind) {
+    AddThree();
+    mRows->SetIndex(u"PrimaryKey");
+    mRows->MoveFirst();
+    EXPECT_EQ(mRows->Fields(u"Note").GetValue(), Value(u"a note"));
+    EXPECT_EQ(mRows->Fields(u"Open").GetValue(), Value(true));
+    EXPECT_EQ(mRows->Fields(u"Rate").GetValue(), Value(Currency{25000}));
+    mRows->MoveNext();
+    EXPECT_TRUE(IsNull(mRows->Fields(u"Note").GetValue()));
+}
+
+// Adding and changing
+
+TEST_F(Recordsets, ANewRowIsNullAndItsYesNoColumnsFalse) {
+    mRows->AddNew();
+    EXPECT_TRUE(IsNull(mRows->Fields(u"Id").GetValue()));
+    EXPECT_EQ(mRows->Fields(u"Open").GetValue(), Value(false));
+    mRows->Fields(u"Rate").SetValue(u"12.5");
+    EXPECT_EQ(mRows->Fields(u"Rate").GetValue(), Value(Currency{125000})) << "converted at once";
+}
+
+TEST_F(Recordsets, ARefusedAssignmentLeavesTheFormerValue) {
+    mRows->AddNew();
+    mRows->Fields(u"Town").SetValue(u"Oslo");
+    EXPECT_EQ(Raised([&] { mRows->Fields(u"Town").SetValue(std::u16string(21, u'x')); }), 3163);
+    EXPECT_EQ(Raised([&] { mRows->Fields(u"Town").SetValue(u""); }), 3315);
+    EXPECT_EQ(Raised([&] { mRows->Fields(u"Id").SetValue(u"ten"); }), 3421);
+    EXPECT_EQ(mRows->Fields(u"Town").GetValue(), Value(u"Oslo"));
+    EXPECT_TRUE(IsNull(mRows->Fields(u"Id").GetValue()));
+}
+
+TEST_F(Recordsets, NothingIsAssignedOrUpdatedOutsideEditing) {
+    AddThree();
+    const platform::Error error = test::ErrorOf([&] { mRows->Fields(u"Id").SetValue(1); });
+    EXPECT_EQ(error.Number, 3020);
+    EXPECT_EQ(error.Description,
+              "You tried to call Update or CancelUpdate or attempted to update a Field in a recordset "
+              "without first "
+              "calling AddNew or Edit.");
+    EXPECT_EQ(Raised([&] { mRows->Update(); }), 3020);
+    mRows->MoveFirst();
+    mRows->Edit();
+    mRows->Update();
+    EXPECT_EQ(Raised([&] { mRows->Update(); }), 3020) << "an update ends the editing";
+}
+
+TEST_F(Recordsets, ARefusedRowLeavesNothingBehind) {
+    AddThree();
+    EXPECT_EQ(Raised([&] { Add(*mRows, {10, u"again"}); }), 3022);
+    EXPECT_EQ(mRows->Fields(u"Town").GetValue(), Value(u"again")) << "the row is still being edited";
+    mRows->Fields(u"Id").SetValue(11);
+    mRows->Update();
+    EXPECT_EQ(Raised([&] { Add(*mRows, {Null{}, u"no key"}); }), 3058);
+    EXPECT_NO_THROW(Add(*mRows, {12, u"same rate", Null{}, false, 1.25})) << "another Id makes another key";
+    EXPECT_EQ(mRows->RecordCount(), 5);
+    for (const char16_t* index : {u"PrimaryKey", u"ByTown", u"ByRate"}) {
+        mRows->SetIndex(index);
+        EXPECT_EQ(ColumnValues(*mRows, u"Id").size(), 5U);
+    }
+}
+
+TEST_F(Recordsets, MovingOrANewRowDropsTheRowBegun) {
+    AddThree();
+    mRows->MoveFirst();
+    mRows->AddNew();
+    mRows->Fields(u"Id").SetValue(99);
+    mRows->MoveFirst();
+    EXPECT_EQ(Raised([&] { mRows->Update(); }), 3020);
+    mRows->AddNew();
+    mRows->Fields(u"Town").SetValue(u"Lost");
+    mRows->AddNew();
+    EXPECT_TRUE(IsNull(mRows->Fields(u"Town").GetValue()));
+    EXPECT_EQ(mRows->RecordCount(), 3);
+}
+
+TEST_F(Recordsets, EditChangesColumnsOfFixedLengthAndTheirIndexes) {
+    AddThree();
+    mRows->SetIndex(u"PrimaryKey");
+    mRows->Seek("=", 20);
+    mRows->Edit();
+    mRows->Fields(u"Id").SetValue(40);
+    mRows->Fields(u"Rate").SetValue(Null{});
+    mRows->Fields(u"Open").SetValue(true);
+    mRows->Update();
+    EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(40)) << "the row stays current";
+    EXPECT_THAT(ColumnValues(*mRows, u"Id"), ElementsAre(Value(10), Value(30), Value(40)));
+    EXPECT_THAT(ColumnValues(*mRows, u"Open"), ElementsAre(Value(true), Value(false), Value(true)));
+
+    mRows->MoveFirst();
+    mRows->Edit();
+    mRows->Fields(u"Id").SetValue(30);
+    EXPECT_EQ(Raised([&] { mRows->Update(); }), 3022);
+    mRows->MoveFirst();
+    EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(10));
+    mRows->Edit();
+    mRows->Fields(u"Id").SetValue(11);
+    mRows->Fields(u"Town").SetValue(u"Aarhus");
+    EXPECT_EQ(Raised([&] { mRows->Update(); }), 3251) << "texts are not changed in place";
+    mRows->MoveFirst();
+    EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(10)) << "nothing of the refused change is written";
+}
+
+TEST_F(Recordsets, AnotherCursorSeesAChangeAtOnce) {
+    AddThree();
+    const auto other = mDatabase->OpenRecordset(u"Towns");
+    EXPECT_EQ(other->Fields(u"Rate").GetValue(), Value(Null{}));
+    mRows->MoveFirst();
+    mRows->Edit();
+    mRows->Fields(u"Rate").SetValue(7);
+    mRows->Update();
+    EXPECT_EQ(other->Fields(u"Rate").GetValue(), Value(Currency{70000}));
+}
+
+TEST_F(Recordsets, AClosedRecordsetIsNoObjectAnyMore) {
+    AddThree();
+    RecordsetField& field = mRows->Fields(0);
+    mRows->Close();
+    EXPECT_EQ(Raised([&] { mRows->MoveFirst(); }), 3420);
+    EXPECT_EQ(Raised([&] { field.GetValue(); }), 3420);
+    EXPECT_EQ(Raised([&] { mRows->Close(); }), 3420);
+}
+
+TEST_F(Recordsets, TextsOfManyRowsDoNotMixThoughTheyShareTheirMemory) {
+    for (int i = 0; i < 300; ++i) {
+        mRows->AddNew();
+        mRows->Fields(u"Id").SetValue(i);
+        if (i % 3 != 0)
+            mRows->Fields(u"Town").SetValue(std::u16string(static_cast<std::size_t>(1 + i % 20), u'a'));
+        mRows->Update();
+    }
+    mRows->SetIndex(u"PrimaryKey");
+    int i = 0;
+    for (const Value& town : ColumnValues(*mRows, u"Town")) {
+        const Value expected =
+            i % 3 == 0 ? Value() : Value(std::u16string(static_cast<std::size_t>(1 + i % 20), u'a'));
+        EXPECT_EQ(town, expected) << i;
+        ++i;
+    }
+}
+
+}  // namespace
+}  // namespace dao

@@ -1,0 +1,103 @@
+// The engine's own files, in both formats, through the objects.
+#include <algorithm>
+#include <filesystem>
+#include <gmock/gmock.h>
+
+#include "tests/dao/dao_fixture.h"
+
+namespace dao {
+namespace {
+
+class Samples : public test::DaoFixture {
+  protected:
+    void SetUp() override {
+        if (std::getenv("VANTORA_SAMPLES") == nullptr)
+            GTEST_SKIP() << "VANTORA_SAMPLES does not name the folder of sample files";
+    }
+
+    /// A copy that may be changed.
+    void OpenCopy(const std::string& name) {
+        std::filesystem::copy_file(std::filesystem::path(std::getenv("VANTORA_SAMPLES")) / name, Path());
+        std::filesystem::permissions(Path(), std::filesystem::perms::owner_all);
+        mDatabase = OpenDatabase(Path());
+    }
+};
+
+TEST_F(Samples, AJet3TableIsWalkedAndSought) {
+    OpenCopy("nwind.mdb");
+    const auto rows = mDatabase->OpenRecordset(u"customers");
+    EXPECT_EQ(rows->RecordCount(), 91);
+    rows->SetIndex(u"PrimaryKey");
+    const std::vector<Value> ids = ColumnValues(*rows, u"CustomerID");
+    ASSERT_EQ(ids.size(), 91U);
+    EXPECT_EQ(ids.front(), Value(u"ALFKI"));
+    EXPECT_TRUE(std::ranges::is_sorted(ids, {}, ToText));
+
+    rows->Seek("=", u"berGS");
+    ASSERT_FALSE(rows->NoMatch());
+    EXPECT_EQ(rows->Fields(u"CompanyName").GetValue(), Value(u"Berglunds snabbköp"));
+    rows->SetIndex(u"City");
+    rows->Seek("=", u"Århus");
+    ASSERT_FALSE(rows->NoMatch());
+    EXPECT_EQ(rows->Fields(u"CustomerID").GetValue(), Value(u"VAFFE"));
+    rows->Seek("=", u"Arhus");
+    EXPECT_TRUE(rows->NoMatch());
+
+    const auto london = mDatabase->OpenRecordset(u"Select * from Customers Where [City] = 'LONDON'");
+    EXPECT_EQ(london->RecordCount(), 6);
+}
+
+TEST_F(Samples, AJet3RowIsEditedInItsPlace) {
+    OpenCopy("nwind.mdb");
+    const auto rows = mDatabase->OpenRecordset(u"Products");
+    rows->SetIndex(u"CategoryID");
+    const std::vector<Value> before = ColumnValues(*rows, u"ProductID");
+    rows->MoveFirst();
+    const Value first = rows->Fields(u"ProductID").GetValue();
+    rows->Edit();
+    rows->Fields(u"CategoryID").SetValue(8);  // from the first category to the last
+    rows->Fields(u"Discontinued").SetValue(true);
+    rows->Update();
+    Reopen();
+
+    const auto again = mDatabase->OpenRecordset(u"Products");
+    again->SetIndex(u"PrimaryKey");
+    again->Seek("=", first);
+    ASSERT_FALSE(again->NoMatch());
+    EXPECT_EQ(again->Fields(u"CategoryID").GetValue(), Value(8));
+    EXPECT_EQ(again->Fields(u"Discontinued").GetValue(), Value(true));
+    again->SetIndex(u"CategoryID");
+    EXPECT_EQ(ColumnValues(*again, u"ProductID").size(), before.size());
+    const std::vector<Value> categories = ColumnValues(*again, u"CategoryID");
+    EXPECT_TRUE(std::ranges::is_sorted(categories, {}, ToLong));
+    EXPECT_EQ(test::ErrorOf([&] { Add(*again, {1}); }).Number, 3027) << "rows are not added to this format";
+}
+
+TEST_F(Samples, EveryIndexOfAJet4FileIsWalked) {
+    OpenCopy("indexTestV2000.mdb");
+    for (const std::u16string& name : mDatabase->TableDefs().Names()) {
+        const auto table = mDatabase->TableDefs().Item(name);
+        const auto rows = mDatabase->OpenRecordset(name);
+        for (int i = 0; i < table->Indexes().Count(); ++i) {
+            rows->SetIndex(table->Indexes().Item(i).Name);
+            int walked = 0;
+            for (; !rows->AtEnd(); rows->MoveNext()) ++walked;
+            EXPECT_EQ(walked, rows->RecordCount());
+        }
+    }
+}
+
+TEST_F(Samples, RowsAreAddedToAnEnginesJet4File) {
+    OpenCopy("adox_jet4.mdb");
+    MakeTable(u"Added", {{u"A", FieldType::Text, 9}}, {{u"PrimaryKey", {u"A"}, true}});
+    const auto rows = mDatabase->OpenRecordset(u"Added");
+    Add(*rows, {u"b"});
+    Add(*rows, {u"a"});
+    Reopen();
+    const auto again = mDatabase->OpenRecordset(u"Added");
+    again->SetIndex(u"PrimaryKey");
+    EXPECT_THAT(ColumnValues(*again, u"A"), testing::ElementsAre(Value(u"a"), Value(u"b")));
+}
+
+}  // namespace
+}  // namespace dao
