@@ -43,9 +43,8 @@ std::vector<std::u16string> Database::TableNames() {
 std::shared_ptr<Table> Database::FindTable(std::u16string_view name) {
     const auto page = mCatalog->FindTable(name);
     if (!page) return nullptr;
-    std::shared_ptr<Table>& table = mTables[*page];
-    if (!table) table = std::make_shared<Table>(*mFile, *page);
-    return table;
+    if (const auto open = mTables.find(*page); open != mTables.end()) return open->second;
+    return mTables.emplace(*page, std::make_shared<Table>(*mFile, *page)).first->second;
 }
 
 std::shared_ptr<Table> Database::CreateTable(std::u16string_view name,

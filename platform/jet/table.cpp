@@ -141,50 +141,53 @@ void Table::UpdateFixed(RowPointer row, std::size_t column, const Value& value) 
     if (!definition.IsFixed()) throw DataError(NotSupported);
     SharedChange change(mFile);
     if (mFile.IsShared()) ReadTableCounts(mFile, mDefinition);
+
     Place place = Locate(row);
-    ChangeEntries(row, column, value, place);
+    const RowReader reader(mFile, mDefinition, place.Page.Row(place.Row));
+    if (!reader.Holds(definition)) throw DataError(NotSupported);
+    const std::vector<ChangedKey> changed = ChangedKeys(reader, column, value);
+    mFile.Reserve(static_cast<std::uint32_t>(changed.size()) * 2 * IndexTree::MostNewPages);
+
+    StoreFixed(place, reader, definition, value);
+    MoveEntries(row, changed);
     if (mFile.IsShared()) WriteCounts();
     change.Commit();
     mFile.Settle();
 }
 
-void Table::ChangeEntries(RowPointer row, std::size_t column, const Value& value, Place& place) {
-    const RowReader reader(mFile, mDefinition, place.Page.Row(place.Row));
-    const Column& definition = mDefinition.Columns[column];
-    if (!reader.Holds(definition)) throw DataError(NotSupported);
-
-    // Only the values that some index over the column needs.
+/// The indexes that the change concerns, checked: nothing stands in its way.
+std::vector<Table::ChangedKey> Table::ChangedKeys(const RowReader& reader, std::size_t column,
+                                                  const Value& value) {
+    std::vector<ChangedKey> changed;
     std::vector<Value> values(mDefinition.Columns.size());
-    const auto isCovered = [column](const auto& index) { return index->Rules.Covers(column); };
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const auto needs = [&](const auto& index) { return isCovered(index) && index->Rules.Covers(i); };
-        if (std::ranges::any_of(mIndexes, needs)) values[i] = reader.Read(mDefinition.Columns[i]);
-    }
-
-    std::vector<std::pair<std::size_t, RowKey>> changed;  // index and old key; the new one is in the index
     for (std::size_t i = 0; i < mIndexes.size(); ++i) {
-        if (!isCovered(mIndexes[i])) continue;
+        OpenIndex& index = *mIndexes[i];
+        if (!index.Rules.Covers(column)) continue;
+        for (std::size_t k = 0; k < values.size(); ++k) {
+            if (index.Rules.Covers(k)) values[k] = reader.Read(mDefinition.Columns[k]);
+        }
         RowKey old;
-        values[column] = reader.Read(definition);
-        mIndexes[i]->Rules.MakeKey(values, old);
+        index.Rules.MakeKey(values, old);
         values[column] = value;
-        mIndexes[i]->Rules.MakeKey(values, mIndexes[i]->Key);
-        if (mIndexes[i]->Key.Bytes != old.Bytes) changed.emplace_back(i, std::move(old));
+        index.Rules.MakeKey(values, index.Key);
+        if (index.Key.Bytes != old.Bytes) changed.push_back({i, std::move(old)});
     }
-    for (const auto& [i, old] : changed) mIndexes[i]->Rules.CheckNulls(mIndexes[i]->Key);
-    for (const auto& [i, old] : changed) {
-        const TableIndex& rules = mIndexes[i]->Rules;
-        mIndexes[i]->IsNew = rules.Lists(mIndexes[i]->Key) && rules.CheckDuplicate(mIndexes[i]->Key);
+    for (const ChangedKey& key : changed) mIndexes[key.Index]->Rules.CheckNulls(mIndexes[key.Index]->Key);
+    for (const ChangedKey& key : changed) {
+        OpenIndex& index = *mIndexes[key.Index];
+        index.IsNew = index.Rules.Lists(index.Key) && index.Rules.CheckDuplicate(index.Key);
     }
-    mFile.Reserve(static_cast<std::uint32_t>(changed.size()) * 2 * IndexTree::MostNewPages);
+    return changed;
+}
 
-    StoreFixed(place, reader, definition, value);
-    for (const auto& [i, old] : changed) {
-        TableIndex& rules = mIndexes[i]->Rules;
-        if (rules.Lists(old)) rules.Tree().Remove(old.Bytes, row);
-        if (rules.Lists(mIndexes[i]->Key)) rules.Tree().Insert(mIndexes[i]->Key.Bytes, row);
-        if (mIndexes[i]->IsNew) ++mDefinition.RealIndexes[i].Distinct;
-        mCountsChanged = mCountsChanged || mIndexes[i]->IsNew;
+void Table::MoveEntries(RowPointer row, std::span<const ChangedKey> changed) {
+    for (const auto& [number, old] : changed) {
+        OpenIndex& index = *mIndexes[number];
+        if (index.Rules.Lists(old)) index.Rules.Tree().Remove(old.Bytes, row);
+        if (index.Rules.Lists(index.Key)) index.Rules.Tree().Insert(index.Key.Bytes, row);
+        if (!index.IsNew) continue;
+        ++mDefinition.RealIndexes[number].Distinct;
+        mCountsChanged = true;
     }
 }
 

@@ -78,12 +78,19 @@ class Table {
         bool IsNew = false;  // no row had that key before
     };
 
+    /// A row's old key in an index that has another one for it now (OpenIndex::Key).
+    struct ChangedKey {
+        std::size_t Index;
+        RowKey Old;
+    };
+
     Place Locate(RowPointer row) const;
     Value ReadValue(const RowReader& reader, const Column& column) const;
     std::optional<RowPointer> RowFrom(std::uint32_t page, unsigned row) const;
     void CheckKeys(std::span<const Value> values);
     void AddEntries(RowPointer row);
-    void ChangeEntries(RowPointer row, std::size_t column, const Value& value, Place& place);
+    std::vector<ChangedKey> ChangedKeys(const RowReader& reader, std::size_t column, const Value& value);
+    void MoveEntries(RowPointer row, std::span<const ChangedKey> changed);
     void StoreFixed(Place& place, const RowReader& reader, const Column& column, const Value& value);
     void BuildIndex(RealIndex& index, OpenIndex& open);
     void FreeIndexPages(const RealIndex& index);

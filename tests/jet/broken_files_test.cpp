@@ -1,0 +1,158 @@
+// Files that something has damaged: every one gives an error of the data-access layer, or what is left of its
+// rows. Nothing crashes, hangs or asks for more memory than the file has bytes.
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "platform/jet/bytes.h"
+#include "tests/jet/database_fixture.h"
+
+namespace jet {
+namespace {
+
+using test::Row;
+
+constexpr std::size_t PageSize = 4096;
+
+/// A file with a table of 120 rows (long memos among them) and two indexes. Its places are known: the table's
+/// definition is page 16, its maps are page 17, its primary key's root is page 18.
+class BrokenFiles : public test::NewDatabase {
+  protected:
+    BrokenFiles() {
+        auto table = MakeTable(
+            {{u"Id", ColumnType::Long}, {u"Name", ColumnType::Text, 100}, {u"Memo", ColumnType::Memo}},
+            {{u"PrimaryKey", {{u"Id"}}, true}, {u"Name", {{u"Name"}}}});
+        for (std::int32_t i = 0; i < 120; ++i) {
+            const auto length = static_cast<std::size_t>(i * 61 % 7000);
+            table->Insert(Row{i, std::u16string(60, static_cast<char16_t>(u'a' + i % 26)),
+                              std::u16string(length, u'm')});
+        }
+        mFirstRow = *table->FirstRow();
+        mDatabase->Close();
+        mDatabase.reset();
+        std::ifstream stream(Path(), std::ios::binary);
+        mBytes.assign(std::istreambuf_iterator<char>(stream), {});
+    }
+
+    /// Reads whatever the file offers. 0 when nothing was found wrong.
+    int ReadEverything(const std::string& bytes) {
+        std::ofstream(Path(), std::ios::binary | std::ios::trunc) << bytes;
+        return test::NumberRaised([&] {
+            const auto database = Database::Open(Path(), Sharing::Shared);
+            for (const std::u16string& name : database->TableNames()) {
+                const auto table = database->FindTable(name);
+                if (table == nullptr) continue;
+                test::RowsOf(*table);
+                Row row;
+                for (std::size_t i = 0; i < table->Definition().RealIndexes.size(); ++i) {
+                    for (auto entry = table->Index(i).First(); !entry.AtEnd(); entry.Next()) {
+                        table->Read(entry.Row(), row);
+                    }
+                }
+            }
+        });
+    }
+
+    std::uint8_t* At(std::string& bytes, std::uint32_t page, std::size_t offset) const {
+        return reinterpret_cast<std::uint8_t*>(bytes.data()) + page * PageSize + offset;
+    }
+
+    RowPointer mFirstRow;
+    std::string mBytes;
+};
+
+TEST_F(BrokenFiles, TheSoundOneHasNothingWrong) {
+    EXPECT_EQ(ReadEverything(mBytes), 0);
+}
+
+TEST_F(BrokenFiles, CutAnywhere) {
+    for (std::size_t pages = 1; pages < mBytes.size() / PageSize; pages += 5) {
+        const int number = ReadEverything(mBytes.substr(0, pages * PageSize + 100));
+        EXPECT_TRUE(number == 3428 || number == 3049) << pages << " pages: " << number;
+    }
+    EXPECT_EQ(ReadEverything(mBytes.substr(0, 0x97)), 3343);
+}
+
+struct Break {
+    const char* Name;
+    std::uint32_t Page;  // 0 = the page of the first row
+    std::size_t Offset;
+    std::uint32_t Dword;
+    int Number;
+};
+
+class BrokenPlaces : public BrokenFiles, public testing::WithParamInterface<Break> {};
+
+TEST_P(BrokenPlaces, AreFound) {
+    std::string bytes = mBytes;
+    const std::uint32_t page = GetParam().Page == 0 ? mFirstRow.Page : GetParam().Page;
+    StoreU32(At(bytes, page, GetParam().Offset), GetParam().Dword);
+    EXPECT_EQ(ReadEverything(bytes), GetParam().Number);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Places, BrokenPlaces,
+    testing::Values(
+        Break{"ObjectsDefinitionIsADataPage", 2, 0, 0x0D480101, 3049},
+        Break{"ObjectsDefinitionTooLong", 2, 8, 0x7FFFFFFF, 3049},
+        Break{"AcesDefinitionRunsInACircle", 3, 4, 3, 3049},
+        Break{"OwnedMapOnNoDataPage", 16, 0x37, 0x00001000, 3428},
+        Break{"OwnedMapSlotMissing", 16, 0x37, 0x000011FF, 3428},
+        Break{"OwnedMapOnATablesPage", 16, 0x37, 0x00000E00, 3428},
+        Break{"MapOfUnknownType", 17, PageSize - 69, 0x00000007, 3428},
+        Break{"MapNamesPagesBeyondTheEnd", 17, PageSize - 4, 0xFFFFFFFF, 3428},
+        Break{"MapNamesAnotherTablesPage", 17, PageSize - 69 + 5, 0x00004000, 3428},
+        Break{"DataPageWithoutType", 0, 0, 0, 3428}, Break{"DataPageOfAnotherOwner", 0, 4, 99, 3428},
+        Break{"RowCountBeyondThePage", 0, 12, 0x0FFFFFFF, 3428},
+        Break{"SlotsOutsideThePage", 0, 14, 0x1FFF1FFF, 3428},
+        Break{"SlotsInTheRowTable", 0, 14, 0x00040004, 3428}, Break{"SlotsAscend", 0, 14, 0x0FFF0010, 3428},
+        Break{"RootIsNoIndexPage", 18, 0, 0x00000101, 3428}, Break{"RootOfAnotherTable", 18, 4, 99, 3428}),
+    [](const auto& tested) { return tested.param.Name; });
+
+TEST_F(BrokenFiles, ALongValueMayNotClaimMoreThanTheFile) {
+    // The first row's memo has length 0; the last 12 bytes before its trailer of 10 bytes are the reference.
+    std::string bytes = mBytes;
+    const std::size_t firstRow = LoadU16(At(bytes, mFirstRow.Page, 14)) & RowStartMask;
+    ASSERT_EQ(LoadU32(At(bytes, mFirstRow.Page, PageSize - 21)), 0x80000000U);
+    for (const std::uint32_t length : {0x3FFFFFFFU, 0x7FFFFFFFU, 0x00100000U, 0xBFFFFFFFU}) {
+        StoreU32(At(bytes, mFirstRow.Page, PageSize - 21), length);
+        EXPECT_EQ(ReadEverything(bytes), 3428) << length << " row at " << firstRow;
+    }
+}
+
+TEST_F(BrokenFiles, AChainOfPiecesThatRunsInACircleEnds) {
+    std::string bytes = mBytes;
+    int changed = 0;
+    for (std::uint32_t page = 19; page < mBytes.size() / PageSize; ++page) {
+        const bool chained =
+            LoadU32(At(bytes, page, PageOwner)) == LongValueOwner && LoadU32(At(bytes, page, 8)) != 0;
+        if (!chained) continue;
+        StoreU32(At(bytes, page, 20), page << 8);
+        ++changed;
+    }
+    ASSERT_GT(changed, 0);
+    const int number = ReadEverything(bytes);
+    EXPECT_TRUE(number == 0 || number == 3428) << number;
+}
+
+TEST_F(BrokenFiles, RandomBytesNeverCrash) {
+    std::mt19937 random(20240229);
+    const auto below = [&random](std::size_t end) { return static_cast<std::size_t>(random() % end); };
+    for (int round = 0; round < 150; ++round) {
+        std::string bytes = mBytes;
+        const std::size_t changes = 1 + below(8);
+        for (std::size_t i = 0; i < changes; ++i) {
+            // Mostly in the heads of pages, where the structure is.
+            const std::size_t page = below(bytes.size() / PageSize);
+            const std::size_t offset = below(3) == 0 ? below(PageSize) : below(0x60);
+            bytes[page * PageSize + offset] = static_cast<char>(below(256));
+        }
+        const int number = ReadEverything(bytes);
+        EXPECT_TRUE(number == 0 || (number >= 3000 && number < 4000)) << "round " << round << ": " << number;
+    }
+}
+
+}  // namespace
+}  // namespace jet

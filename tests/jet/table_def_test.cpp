@@ -1,0 +1,212 @@
+#include "platform/jet/table_def.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/jet/bytes.h"
+#include "platform/jet/schema.h"
+#include "tests/jet/database_fixture.h"
+#include "tests/jet/hex.h"
+
+namespace jet {
+namespace {
+
+class TableDefs : public test::NewDatabase {
+  protected:
+    TableDefs() { Create(); }
+
+    PageFile& File() { return mDatabase->File(); }
+
+    std::string PageBytes(std::uint32_t page, std::size_t at, std::size_t length) {
+        const PageHandle handle = File().Read(page);
+        return {reinterpret_cast<const char*>(handle.Data()) + at, length};
+    }
+
+    std::uint32_t NewDefinitionPage() {
+        const std::uint32_t page = File().Allocate();
+        File().MakeNew(page, PageType::TableDef);
+        return page;
+    }
+};
+
+/// The table of nine columns and two indexes that the engine's own file holds as the bytes below.
+TableDef EngineTable(std::uint32_t page) {
+    const auto column = [](std::u16string name, ColumnType type, std::uint8_t flags, std::uint16_t size) {
+        Column made;
+        made.Name = std::move(name);
+        made.Type = type;
+        made.Flags = flags;
+        made.Size = size;
+        return made;
+    };
+    std::vector<Column> columns{
+        column(u"A", ColumnType::Text, 2, 100), column(u"B", ColumnType::Text, 2, 200),
+        column(u"C", ColumnType::Byte, 3, 1),   column(u"D", ColumnType::Integer, 3, 2),
+        column(u"E", ColumnType::Long, 3, 4),   column(u"F", ColumnType::Double, 3, 8),
+        column(u"G", ColumnType::Date, 3, 8),   column(u"H", ColumnType::Currency, 3, 8),
+        column(u"I", ColumnType::Boolean, 3, 1)};
+    columns[0].Compressed = true;
+    for (std::size_t i = 0; i < columns.size(); ++i) columns[i].Ordinal = static_cast<std::uint16_t>(i + 1);
+    TableDef table = LayOutTable(page, TableType::User, std::move(columns));
+    table.RowCount = 2;
+    table.OwnedMap = {25, 0};
+    table.FreeMap = {25, 1};
+    table.RealIndexes = {{{{0, true}}, {25, 2}, 28, 0x89, 2, 2}, {{{1, true}}, {25, 3}, 26, 0x80, 2, 2}};
+    LogicalIndex primary;
+    primary.Name = u"PrimaryKey";
+    primary.Type = LogicalIndexType::Primary;
+    LogicalIndex plain;
+    plain.Name = u"B";
+    plain.Number = plain.RealIndexNumber = 1;
+    table.LogicalIndexes = {primary, plain};
+    return table;
+}
+
+TEST_F(TableDefs, AreWrittenAsTheEngineWritesThem) {
+    const std::uint32_t page = NewDefinitionPage();
+    TableDef table = EngineTable(page);
+    WriteTableDef(File(), table);
+
+    const std::string unused =
+        "FF FF 00 FF FF 00 FF FF 00 FF FF 00 FF FF 00 FF FF 00 FF FF 00 FF FF 00 FF FF 00 ";
+    struct Part {
+        std::size_t At;
+        std::string Bytes;
+    };
+    const std::vector<Part> parts{
+        {0x000, "02 01 E0 0D 00 00 00 00 18 02 00 00 59 06 00 00 02 00 00 00 00 00 00 00 01 00 00 00"},
+        {0x028, "4E 09 00 02 00 09 00 02 00 00 00 02 00 00 00 00 19 00 00 01 19 00 00"},
+        {0x03F, "02 00 00 00 02 00 00 00 00 00 00 00 02 00 00 00 02 00 00 00 00 00 00 00"},
+        {0x057, "0A 59 06 00 00 00 00 00 00 01 00 09 04 00 00 02 01 00 00 00 00 00 00 64 00"},
+        {0x070, "0A 59 06 00 00 01 00 01 00 02 00 09 04 00 00 02 00 00 00 00 00 00 00 C8 00"},
+        {0x089, "02 59 06 00 00 02 00 02 00 03 00 09 04 00 00 03 00 00 00 00 00 00 00 01 00"},
+        {0x106, "05 59 06 00 00 07 00 02 00 08 00 09 04 00 00 03 00 00 00 00 00 17 00 08 00"},
+        {0x11F, "01 59 06 00 00 08 00 02 00 09 00 09 04 00 00 03 00 00 00 00 00 00 00 01 00"},
+        {0x138, "02 00 41 00 02 00 42 00 02 00 43 00"},
+        {0x15C, "83 07 00 00 00 00 01 " + unused + "02 19 00 00 1C 00 00 00 00 00 00 00 89 00 00 00 00 00"},
+        {0x190, "83 07 00 00 01 00 01 " + unused + "03 19 00 00 1A 00 00 00 00 00 00 00 80 00 00 00 00 00"},
+        {0x1C4, "59 06 00 00 01 00 00 00 01 00 00 00 00 FF FF FF FF 00 00 00 00 04 04 00 00 00 00 00"},
+        {0x1E0, "59 06 00 00 00 00 00 00 00 00 00 00 00 FF FF FF FF 00 00 00 00 04 04 01 00 00 00 00"},
+        {0x1FC, "02 00 42 00 14 00 50 00 72 00 69 00 6D 00 61 00 72 00 79 00 4B 00 65 00 79 00 FF FF"}};
+    for (const Part& part : parts) {
+        const std::string expected = test::FromHex(part.Bytes);
+        EXPECT_EQ(test::ToHex(PageBytes(page, part.At, expected.size())), test::ToHex(expected))
+            << "at " << part.At;
+    }
+    EXPECT_EQ(PageBytes(page, 0x218, 4096 - 0x218), std::string(4096 - 0x218, '\0'));
+}
+
+TEST_F(TableDefs, ReadBackAsTheyWereWritten) {
+    const std::uint32_t page = NewDefinitionPage();
+    TableDef written = EngineTable(page);
+    written.LongValues = {{3, {30, 1}, {30, 2}}};
+    written.LastAutoNumber = 77;
+    WriteTableDef(File(), written);
+    const TableDef read = ReadTableDef(File(), page);
+
+    EXPECT_EQ(read.RowCount, 2U);
+    EXPECT_EQ(read.LastAutoNumber, 77U);
+    EXPECT_EQ(read.MaxColumnNumber, 9);
+    EXPECT_EQ(read.VariableColumns, 2);
+    EXPECT_EQ(read.OwnedMap, (RowPointer{25, 0}));
+    EXPECT_EQ(read.FreeMap, (RowPointer{25, 1}));
+    ASSERT_EQ(read.Columns.size(), 9U);
+    EXPECT_EQ(read.Columns[7].Name, u"H");
+    EXPECT_EQ(read.Columns[7].FixedOffset, 23);
+    EXPECT_TRUE(read.Columns[0].Compressed);
+    EXPECT_FALSE(read.Columns[1].Compressed);
+    ASSERT_EQ(read.RealIndexes.size(), 2U);
+    EXPECT_EQ(read.RealIndexes[1].RootPage, 26U);
+    EXPECT_EQ(read.RealIndexes[1].Map, (RowPointer{25, 3}));
+    EXPECT_TRUE(read.RealIndexes[0].IsUnique() && read.RealIndexes[0].IsRequired());
+    ASSERT_NE(read.FindIndex(u"primarykey"), nullptr);
+    EXPECT_EQ(read.FindIndex(u"PRIMARYKEY")->RealIndexNumber, 0U);
+    EXPECT_EQ(read.LogicalIndexes[0].Name, u"B") << "by name";
+    ASSERT_EQ(read.LongValues.size(), 1U);
+    EXPECT_EQ(read.LongValues[0].Free, (RowPointer{30, 2}));
+}
+
+std::u16string LongName(std::size_t i) {
+    std::u16string name = u"C";
+    for (const char c : std::to_string(1000 + i)) name.push_back(static_cast<char16_t>(c));
+    name.resize(MaxNameLength, u'x');
+    return name;
+}
+
+TEST_F(TableDefs, OutgrowTheirPageAndShrinkAgain) {
+    const std::uint32_t page = NewDefinitionPage();
+    std::vector<Column> columns;
+    for (std::size_t i = 0; i < MaxColumns; ++i) {
+        columns.emplace_back().Name = LongName(i);
+        columns.back().Flags = Column::UpdatableFlag;
+        columns.back().Size = 510;
+        columns.back().Ordinal = static_cast<std::uint16_t>(i);
+    }
+    TableDef table = LayOutTable(page, TableType::User, columns);
+    WriteTableDef(File(), table);
+
+    const std::size_t length = 0x3F + MaxColumns * (25 + 2 + 2 * MaxNameLength) + 2;
+    EXPECT_EQ(LoadU32(File().Read(page).Data() + 8), length);
+    EXPECT_EQ(test::ToHex(PageBytes(page, 0, 4)), "02 01 00 00") << "a full page has no free bytes";
+    EXPECT_EQ(ReadTableDef(File(), page).Columns[254].Name, LongName(254));
+
+    const std::uint32_t second = LoadU32(File().Read(page).Data() + 4);
+    table.Columns.resize(1);
+    table.MaxColumnNumber = table.VariableColumns = 1;
+    WriteTableDef(File(), table);
+    EXPECT_EQ(ReadTableDef(File(), page).Columns.size(), 1U);
+    EXPECT_EQ(File().Allocate(), second) << "the further pages are free";
+}
+
+TEST_F(TableDefs, ColumnsStandByOrdinalThenName) {
+    const std::uint32_t page = NewDefinitionPage();
+    std::vector<Column> columns(4);
+    columns[0].Name = u"zeta";
+    columns[1].Name = u"Beta";
+    columns[2].Name = u"alpha";
+    columns[3].Name = u"first";
+    for (Column& column : columns) column.Ordinal = column.Name == u"first" ? 0 : 1;
+    TableDef table = LayOutTable(page, TableType::User, columns);
+    WriteTableDef(File(), table);
+    std::vector<std::u16string> names;
+    for (const Column& column : ReadTableDef(File(), page).Columns) names.push_back(column.Name);
+    EXPECT_THAT(names, testing::ElementsAre(u"first", u"alpha", u"Beta", u"zeta"));
+}
+
+struct Damage {
+    const char* Name;
+    std::size_t At;
+    std::uint32_t Dword;
+};
+
+class DamagedDefinitions : public TableDefs, public testing::WithParamInterface<Damage> {};
+
+TEST_P(DamagedDefinitions, AreAnError) {
+    const std::uint32_t page = NewDefinitionPage();
+    TableDef table = EngineTable(page);
+    WriteTableDef(File(), table);
+    StoreU32(File().Read(page).Change() + GetParam().At, GetParam().Dword);
+    EXPECT_EQ(test::NumberRaised([&] { ReadTableDef(File(), page); }), 3428);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Places, DamagedDefinitions,
+    testing::Values(Damage{"PageType", 0x00, 0x00000101}, Damage{"NextPageIsNoDefinition", 0x04, 1},
+                    Damage{"NextPageBeyondTheFile", 0x04, 0x00FFFFFF}, Damage{"LengthTooShort", 0x08, 0x20},
+                    Damage{"LengthBeyondTheChain", 0x08, 0x00100000},
+                    Damage{"LengthCutsTheNames", 0x08, 0x150}, Damage{"ColumnCount", 0x2D, 0x0002FFFF},
+                    Damage{"RealIndexCount", 0x33, 0x10000000}, Damage{"LogicalIndexCount", 0x2F, 0x10000000},
+                    Damage{"ColumnNumber", 0x5C, 0x00000900}, Damage{"VariableIndex", 0x5E, 0x0001FFFF},
+                    Damage{"LogicalWithoutReal", 0x1CC, 9}),
+    [](const auto& tested) { return tested.param.Name; });
+
+TEST_F(TableDefs, AChainThatRunsInACircleEnds) {
+    const std::uint32_t page = NewDefinitionPage();
+    TableDef table = EngineTable(page);
+    WriteTableDef(File(), table);
+    StoreU32(File().Read(page).Change() + 4, page);
+    EXPECT_EQ(test::NumberRaised([&] { ReadTableDef(File(), page); }), 3428);
+}
+
+}  // namespace
+}  // namespace jet

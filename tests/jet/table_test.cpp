@@ -1,0 +1,381 @@
+#include "platform/jet/table.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "platform/jet/bytes.h"
+#include "tests/jet/database_fixture.h"
+
+namespace jet {
+namespace {
+
+using test::NumberRaised;
+using test::Row;
+using test::RowsOf;
+
+std::u16string Letters(std::size_t length, char16_t letter = u'x') {
+    return std::u16string(length, letter);
+}
+
+class Tables : public test::NewDatabase {
+  protected:
+    /// Every row read back after closing and opening again.
+    std::vector<Row> Kept(Sharing sharing = Sharing::Exclusive) { return RowsOf(*ReopenTable(sharing)); }
+
+    std::vector<Row> InIndexOrder(const Table& table, std::size_t index) {
+        std::vector<Row> rows;
+        for (auto entry = table.Index(index).First(); !entry.AtEnd(); entry.Next()) {
+            table.Read(entry.Row(), rows.emplace_back());
+        }
+        return rows;
+    }
+};
+
+const std::vector<ColumnSpec> EveryType{{u"Boolean", ColumnType::Boolean},    {u"Byte", ColumnType::Byte},
+                                        {u"Integer", ColumnType::Integer},    {u"Long", ColumnType::Long},
+                                        {u"Currency", ColumnType::Currency},  {u"Single", ColumnType::Single},
+                                        {u"Double", ColumnType::Double},      {u"Date", ColumnType::Date},
+                                        {u"Binary", ColumnType::Binary, 510}, {u"Text", ColumnType::Text},
+                                        {u"Ole", ColumnType::LongBinary},     {u"Memo", ColumnType::Memo},
+                                        {u"Guid", ColumnType::Guid}};
+
+TEST_F(Tables, KeepTheExtremesOfEveryType) {
+    const std::string everyByte = [] {
+        std::string bytes;
+        for (int i = 0; i < 256; ++i) bytes.push_back(static_cast<char>(i));
+        return bytes;
+    }();
+    const std::vector<Row> rows{
+        Row{false, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}},
+        {true, 255, 32767, std::numeric_limits<std::int32_t>::max(),
+         Currency{std::numeric_limits<std::int64_t>::max()}, double{std::numeric_limits<float>::max()},
+         std::numeric_limits<double>::max(), platform::OleDate{2958465.99999},
+         Binary{std::string(510, '\xFF')}, Letters(255, u'\u20AC'), Binary{everyByte},
+         Letters(5000, u'\u0416'), Binary{std::string(16, '\x80')}},
+        {false, 0, -32768, std::numeric_limits<std::int32_t>::min(),
+         Currency{std::numeric_limits<std::int64_t>::min()},
+         -double{std::numeric_limits<float>::denorm_min()}, std::numeric_limits<double>::denorm_min(),
+         platform::OleDate{-657434.25}, Binary{std::string("\0", 1)}, std::u16string(u"a\0b", 3), Binary{""},
+         u"", Binary{everyByte.substr(0, 16)}},
+        {true, 1, -1, 0, Currency{-1}, -0.5, -1.0 / 3, platform::OleDate{0.5}, Binary{""}, u"", Binary{"x"},
+         u" blanks kept ", Binary{std::string(16, '\0')}}};
+    auto table = MakeTable(EveryType);
+    for (const Row& row : rows) table->Insert(row);
+    EXPECT_EQ(Kept(), rows);
+    EXPECT_EQ(Kept(Sharing::Shared), rows);
+    ExpectSoundFile();
+}
+
+class Memos : public Tables, public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(Memos, OfAnyLengthAreKept) {
+    auto table =
+        MakeTable({{u"A", ColumnType::Long}, {u"Latin", ColumnType::Memo}, {u"Cyrillic", ColumnType::Memo}});
+    const std::vector<Row> rows{{1, Letters(GetParam()), Letters(GetParam(), u'\u0416')},
+                                {2, Letters(GetParam(), u'y'), {}},
+                                {3, u"short", Letters(GetParam() / 2)}};
+    for (const Row& row : rows) table->Insert(row);
+    EXPECT_EQ(Kept(), rows);
+    ExpectSoundFile();
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, Memos,
+                         testing::Values(0, 1, 2, 31, 32, 33, 62, 63, 1024, 1025, 2037, 2038, 2039, 4000,
+                                         4074, 100'000));
+
+TEST_F(Tables, PutLongValuesWhereTheirLengthSays) {
+    auto table = MakeTable({{u"Ole", ColumnType::LongBinary}});
+    const auto reference = [&](std::size_t length) {
+        const RowPointer row = table->Insert(Row{Binary{std::string(length, 'z')}});
+        const DataPage page(mDatabase->File(), row.Page);
+        return LoadU32(&page.Row(row.Row)[2]);
+    };
+    EXPECT_EQ(reference(64), 0x80000040U);
+    EXPECT_EQ(reference(65), 0x40000041U);
+    EXPECT_EQ(reference(4076), 0x40000000U + 4076);
+    EXPECT_EQ(reference(4077), 4077U);
+}
+
+TEST_F(Tables, ChainsAreLinkedAndStamped) {
+    auto table = MakeTable({{u"Ole", ColumnType::LongBinary}});
+    const RowPointer row = table->Insert(Row{Binary{std::string(3 * 4072, 'z')}});
+    PageFile& file = mDatabase->File();
+    const DataPage page(file, row.Page);
+    const auto reference = page.Row(row.Row).subspan(2, 12);
+    const std::uint32_t stamp = LoadU32(&reference[8]);
+    EXPECT_NE(stamp, 0U);
+
+    std::uint32_t next = LoadU32(&reference[4]);
+    std::vector<std::size_t> pieces;
+    for (; next != 0; next = LoadU32(DataPage(file, next >> 8).Row(0).data())) {
+        const DataPage piece(file, next >> 8);
+        EXPECT_EQ(LoadU32(file.Read(next >> 8).Data() + 8), pieces.empty() ? stamp : 0U);
+        EXPECT_EQ(piece.RowCount(), 1U);
+        pieces.push_back(piece.Row(0).size());
+    }
+    EXPECT_THAT(pieces, testing::ElementsAre(4076, 4076, 4076));
+}
+
+TEST_F(Tables, TakeARowOfTheLongestLengthAndNoLonger) {
+    std::vector<ColumnSpec> columns;
+    for (std::size_t i = 0; i < 8; ++i) {
+        columns.push_back({std::u16string(1, static_cast<char16_t>(u'A' + i)), ColumnType::Text, 255});
+    }
+    auto table = MakeTable(columns);
+    // Column count, end and offsets and count of the variable values, null mask.
+    Row row(8, Value{Letters(255, u'\u0416')});
+    const std::size_t overhead = 2 + 2 * (8 + 2) + 1;
+    row[7] = Letters((4060 - overhead - 7 * 510) / 2, u'\u0416');
+    table->Insert(row);
+    EXPECT_EQ(DataPage(mDatabase->File(), table->FirstRow()->Page).Row(0).size(), 4059U);
+
+    const std::uint32_t pages = mDatabase->File().PageCount();
+    Row longer = row;
+    std::get<std::u16string>(longer[7]).push_back(u'\u0416');
+    const platform::Error error = test::ErrorOf([&] { table->Insert(longer); });
+    EXPECT_EQ(error.Number, 3047);
+    EXPECT_EQ(error.Description, "Record is too large.");
+    EXPECT_EQ(table->RowCount(), 1U);
+    EXPECT_EQ(mDatabase->File().PageCount(), pages);
+    EXPECT_THAT(Kept(), testing::ElementsAre(row));
+}
+
+const std::vector<ColumnSpec> KeyAndText{
+    {u"Id", ColumnType::Long}, {u"Name", ColumnType::Text, 50}, {u"Note", ColumnType::Memo}};
+const std::vector<IndexSpec> PrimaryAndUnique{{u"PrimaryKey", {{u"Id"}}, true},
+                                              {u"Name", {{u"Name"}}, false, true}};
+
+TEST_F(Tables, RefuseARowBeforeAnythingIsWritten) {
+    auto table = MakeTable(KeyAndText, PrimaryAndUnique);
+    const Row first{1, u"Smith", {}};
+    table->Insert(first);
+    mDatabase->Flush();
+    const std::uint32_t pages = mDatabase->File().PageCount();
+    const Value longNote = Letters(50'000);
+
+    EXPECT_EQ(NumberRaised([&] { table->Insert(Row{{}, u"Jones", longNote}); }), 3058);
+    EXPECT_EQ(NumberRaised([&] { table->Insert(Row{1, u"Jones", longNote}); }), 3022);
+    EXPECT_EQ(NumberRaised([&] { table->Insert(Row{2, u"SMITH", longNote}); }), 3022) << "letter case";
+    EXPECT_EQ(NumberRaised([&] { table->Insert(Row{{}, u"Smith", longNote}); }), 3058) << "Nulls come first";
+    EXPECT_EQ(NumberRaised([&] { table->Insert(Row{2, 3, longNote}); }), 3421);
+    EXPECT_EQ(NumberRaised([&] { table->Insert(Row{2, u"Jones"}); }), 3001) << "a value is missing";
+
+    EXPECT_EQ(mDatabase->File().PageCount(), pages);
+    EXPECT_THAT(Kept(), testing::ElementsAre(first));
+    ExpectSoundFile();
+}
+
+TEST_F(Tables, TakeManyNullsInAUniqueIndex) {
+    auto table = MakeTable(KeyAndText, PrimaryAndUnique);
+    for (int i = 0; i < 3; ++i) table->Insert(Row{i, {}, {}});
+    EXPECT_EQ(Kept().size(), 3U);
+    ExpectSoundFile();
+}
+
+TEST_F(Tables, LeaveNullsOutOfAnIndexThatIgnoresThem) {
+    IndexSpec ignoring{u"Name", {{u"Name"}, {u"Id", false}}};
+    ignoring.IgnoreNulls = true;
+    auto table = MakeTable(KeyAndText, {ignoring});
+    table->Insert(Row{{}, {}, u"neither"});
+    table->Insert(Row{1, {}, u"one"});
+    table->Insert(Row{{}, u"b", u"other"});
+    EXPECT_EQ(InIndexOrder(*table, 0), (std::vector<Row>{{1, {}, u"one"}, {{}, u"b", u"other"}}));
+    ExpectSoundFile();
+}
+
+TEST_F(Tables, HoldManyRowsAndTheirIndexes) {
+    constexpr int Rows = 5000;
+    auto table = MakeTable(KeyAndText, {{u"PrimaryKey", {{u"Id"}}, true}, {u"Name", {{u"Name", false}}}});
+    for (int i = 0; i < Rows; ++i) {
+        const int id = i * 7919 % Rows;
+        table->Insert(Row{id, Letters(1, static_cast<char16_t>(u'a' + id % 26)),
+                          Letters(static_cast<std::size_t>(id % 300))});
+    }
+    table = ReopenTable();
+    EXPECT_EQ(table->RowCount(), static_cast<std::uint32_t>(Rows));
+    EXPECT_EQ(table->Definition().RealIndexes[0].Distinct, static_cast<std::uint32_t>(Rows));
+    EXPECT_EQ(table->Definition().RealIndexes[1].Distinct, 26U);
+    const std::vector<Row> byId = InIndexOrder(*table, 0);
+    ASSERT_EQ(byId.size(), static_cast<std::size_t>(Rows));
+    for (int i = 0; i < Rows; ++i) ASSERT_EQ(byId[static_cast<std::size_t>(i)][0], Value{i});
+    EXPECT_EQ(std::get<std::u16string>(InIndexOrder(*table, 1).front()[1]), u"z") << "descending";
+    ExpectSoundFile();
+}
+
+TEST_F(Tables, GrowBeyondTheBitmapOfTheirMaps) {
+    auto table =
+        MakeTable({{u"A", ColumnType::Long}, {u"B", ColumnType::Binary, 510}, {u"C", ColumnType::Memo}},
+                  {{u"A", {{u"A"}}}});
+    constexpr int Rows = 6000;
+    for (int i = 0; i < Rows; ++i) {
+        table->Insert(Row{i, Binary{std::string(500, 'b')}, i % 4 == 0 ? Value{Letters(2000)} : Value{}});
+    }
+    EXPECT_GT(mDatabase->File().PageCount(), 1500U);
+    EXPECT_EQ(Kept().size(), static_cast<std::size_t>(Rows));
+    ExpectSoundFile();
+}
+
+TEST_F(Tables, FillPagesUpBeforeTheyTakeNewOnes) {
+    auto table = MakeTable({{u"B", ColumnType::Binary, 510}});
+    const Row small{Binary{"1234567890"}};
+    const std::size_t rowLength = 2 + 10 + 6 + 1 + 2;
+    const std::size_t fitting = std::min<std::size_t>(255, (4096 - 14) / (rowLength + 2 - 2));
+    for (std::size_t i = 0; i < fitting; ++i) table->Insert(small);
+    std::optional<RowPointer> last;
+    for (auto row = table->FirstRow(); row; row = table->NextRow(*row)) last = row;
+    EXPECT_EQ(last->Page, table->FirstRow()->Page);
+    EXPECT_NE(table->Insert(small).Page, last->Page);
+}
+
+TEST_F(Tables, GoOnFillingTheLastPageAfterReopening) {
+    auto table = MakeTable(KeyAndText);
+    const RowPointer first = table->Insert(Row{1, u"a", {}});
+    table = ReopenTable();
+    EXPECT_EQ(table->Insert(Row{2, u"b", {}}), (RowPointer{first.Page, 1}));
+}
+
+class FullFiles : public Tables, public testing::WithParamInterface<std::uint32_t> {};
+
+TEST_P(FullFiles, RefuseTheRowAndStayWhole) {
+    Create({.MaxPages = 150 + GetParam()});
+    auto table = MakeTable(KeyAndText, PrimaryAndUnique);
+    std::vector<Row> rows;
+    const int number = NumberRaised([&] {
+        for (std::int32_t i = 0;; ++i) {
+            const Row row{i,
+                          Letters(static_cast<std::size_t>(1 + i % 50), static_cast<char16_t>(0x100 + i % 7)),
+                          Letters(static_cast<std::size_t>(i * 37 % 9000))};
+            if (i % 3 == 0) {
+                table->Insert(Row{i, {}, row[2]});
+                rows.push_back({i, {}, row[2]});
+            } else {
+                const std::u16string unique = Letters(1, static_cast<char16_t>(u'0' + i % 10)) +
+                                              Letters(1, static_cast<char16_t>(u'a' + i / 10 % 26)) +
+                                              Letters(1, static_cast<char16_t>(u'a' + i / 260));
+                table->Insert(Row{i, unique, row[2]});
+                rows.push_back({i, unique, row[2]});
+            }
+        }
+    });
+    EXPECT_EQ(number, 3036);
+    EXPECT_GT(rows.size(), 20U);
+    EXPECT_EQ(Kept(), rows);
+    ExpectSoundFile();
+}
+
+INSTANTIATE_TEST_SUITE_P(Limits, FullFiles, testing::Range(0U, 8U));
+
+// Changing one column
+
+TEST_F(Tables, ChangeAFixedColumnWithItsIndexes) {
+    auto table = MakeTable(
+        {{u"Id", ColumnType::Long}, {u"Flag", ColumnType::Boolean}, {u"Name", ColumnType::Text, 20}},
+        {{u"PrimaryKey", {{u"Id"}}, true}, {u"Both", {{u"Name"}, {u"Id", false}}}});
+    std::vector<RowPointer> rows;
+    for (std::int32_t i = 0; i < 5; ++i) rows.push_back(table->Insert(Row{i, false, u"same"}));
+    table->UpdateFixed(rows[1], 0, 77);
+    table->UpdateFixed(rows[2], 1, true);
+    table->UpdateFixed(rows[0], 0, 0);
+
+    table = ReopenTable();
+    std::vector<std::int32_t> byId;
+    for (const Row& row : InIndexOrder(*table, 0)) byId.push_back(std::get<std::int32_t>(row[0]));
+    EXPECT_THAT(byId, testing::ElementsAre(0, 2, 3, 4, 77));
+    std::vector<std::int32_t> byBoth;
+    for (const Row& row : InIndexOrder(*table, 1)) byBoth.push_back(std::get<std::int32_t>(row[0]));
+    EXPECT_THAT(byBoth, testing::ElementsAre(77, 4, 3, 2, 0));
+    EXPECT_EQ(table->ReadColumn(rows[2], 1), Value{true});
+    ExpectSoundFile();
+}
+
+TEST_F(Tables, ChangeBetweenNullAndValue) {
+    auto table = MakeTable({{u"A", ColumnType::Long}, {u"B", ColumnType::Date}}, {{u"A", {{u"A"}}}});
+    const RowPointer row = table->Insert(Row{5, {}});
+    table->UpdateFixed(row, 0, {});
+    table->UpdateFixed(row, 1, platform::OleDate{40000.5});
+    EXPECT_THAT(Kept(), testing::ElementsAre(Row{{}, platform::OleDate{40000.5}}));
+    ExpectSoundFile();
+}
+
+TEST_F(Tables, RefuseAChangeBeforeAnythingIsWritten) {
+    auto table = MakeTable(KeyAndText, PrimaryAndUnique);
+    const RowPointer first = table->Insert(Row{1, u"a", {}});
+    table->Insert(Row{2, u"b", {}});
+    EXPECT_EQ(NumberRaised([&] { table->UpdateFixed(first, 0, 2); }), 3022);
+    EXPECT_EQ(NumberRaised([&] { table->UpdateFixed(first, 0, {}); }), 3058);
+    EXPECT_EQ(NumberRaised([&] { table->UpdateFixed(first, 0, u"x"); }), 3421);
+    EXPECT_EQ(NumberRaised([&] { table->UpdateFixed(first, 1, u"x"); }), 3251);
+    EXPECT_THAT(Kept(), testing::ElementsAre(Row{1, u"a", {}}, Row{2, u"b", {}}));
+    ExpectSoundFile();
+}
+
+TEST_F(Tables, ChangeASharedFileAtOnce) {
+    auto table = MakeTable(KeyAndText, PrimaryAndUnique);
+    const RowPointer row = table->Insert(Row{1, u"a", {}});
+    table = ReopenTable(Sharing::Shared);
+    auto other = Database::Open(Path(), Sharing::Shared);
+    table->UpdateFixed(row, 0, 9);
+    table->Insert(Row{2, u"b", Letters(3000)});
+    EXPECT_THAT(RowsOf(*other->FindTable(u"T")),
+                testing::ElementsAre(Row{9, u"a", {}}, Row{2, u"b", Letters(3000)}));
+    EXPECT_EQ(other->FindTable(u"T")->RowCount(), 2U);
+    other.reset();
+    ExpectSoundFile();
+}
+
+// Rows that the engine moved or deleted
+
+class MovedRows : public Tables {
+  protected:
+    MovedRows() : mTable(MakeTable({{u"A", ColumnType::Long}})) {
+        for (std::int32_t i = 0; i < 4; ++i) mRows.push_back(mTable->Insert(Row{i}));
+    }
+
+    void SetFlags(unsigned row, std::uint16_t flags) {
+        PageHandle page = mDatabase->File().Read(mRows[0].Page);
+        std::uint8_t* entry = page.Change() + 14 + 2 * row;
+        StoreU16(entry, static_cast<std::uint16_t>((LoadU16(entry) & RowStartMask) | flags));
+    }
+
+    void PointTo(unsigned row, RowPointer target) {
+        StoreU32(DataPage(mDatabase->File(), mRows[0].Page).ChangeRow(row).data(), target.Dword());
+        SetFlags(row, RowMovedAway);
+    }
+
+    std::shared_ptr<Table> mTable;
+    std::vector<RowPointer> mRows;
+};
+
+TEST_F(MovedRows, AreReadOnceAtTheirNewPlaceUnderTheirOldName) {
+    PointTo(1, mRows[3]);
+    SetFlags(3, RowMovedHere);
+    EXPECT_EQ(RowsOf(*mTable), (std::vector<Row>{{0}, {3}, {2}}));
+    mTable->UpdateFixed(mRows[1], 0, 30);
+    EXPECT_EQ(mTable->ReadColumn(mRows[1], 0), Value{30});
+    EXPECT_EQ(mTable->NextRow(mRows[1]), mRows[2]);
+}
+
+TEST_F(MovedRows, DeletedRowsAreSkipped) {
+    SetFlags(0, RowDeleted);
+    SetFlags(2, RowDeleted);
+    EXPECT_EQ(RowsOf(*mTable), (std::vector<Row>{{1}, {3}}));
+    EXPECT_EQ(NumberRaised([&] { mTable->ReadColumn(mRows[2], 0); }), 3167);
+}
+
+TEST_F(MovedRows, APointerInACircleIsDamage) {
+    PointTo(1, mRows[2]);
+    PointTo(2, mRows[1]);
+    EXPECT_EQ(NumberRaised([&] { mTable->ReadColumn(mRows[1], 0); }), 3428);
+}
+
+TEST_F(MovedRows, APointerToNowhereIsDamage) {
+    for (const RowPointer target :
+         {RowPointer{mRows[0].Page, 200}, RowPointer{0xFFFFFF, 0}, RowPointer{2, 0}, RowPointer{14, 0}}) {
+        PointTo(1, target);
+        EXPECT_EQ(NumberRaised([&] { mTable->ReadColumn(mRows[1], 0); }), 3428) << target.Page;
+    }
+}
+
+}  // namespace
+}  // namespace jet
