@@ -1,0 +1,77 @@
+#include "ui/create_database_dialog.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <filesystem>
+
+#include "platform/error.h"
+#include "platform/file.h"
+#include "platform/site.h"
+#include "ui/window_texts.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace ui {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+QString ChosenPath(QWidget* parent) {
+    QFileDialog dialog(parent, u"Create Database"_s, FromUtf8(platform::DocumentsFolder()));
+    dialog.setObjectName(u"dlgCreateDB"_s);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    // Shown is what stands before the last parentheses; the pattern in them has no period, on purpose.
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilter(u"VB Databases (*.mdb) (*mdb)"_s);
+    dialog.setDefaultSuffix(u"mdb"_s);
+    dialog.selectFile(u"MyData"_s);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    return QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+}
+
+bool IsLockedElsewhere(const std::string& path) {
+    try {
+        const auto file = platform::File::Open(path, platform::File::Mode::ReadWrite);
+        return !file->TryLock(platform::File::Lock::Exclusive);
+    } catch (const platform::Error&) {
+        return false;  // what cannot be opened is judged by its deletion
+    }
+}
+
+/// Access keeps a lock file beside a database as long as somebody has it open.
+bool HasLiveLockFile(const std::string& path) {
+    const fs::path lockFile = fs::path(path).replace_extension(".ldb");
+    std::error_code failure;
+    const auto locked = fs::last_write_time(lockFile, failure);
+    if (failure) return false;
+    if (IsLockedElsewhere(lockFile.string())) return true;
+    const auto written = fs::last_write_time(path, failure);
+    return !failure && locked > written;
+}
+
+}  // namespace
+
+bool DeleteFormerDatabase(const std::string& path) {
+    if (platform::FileExists(path) && (IsLockedElsewhere(path) || HasLiveLockFile(path))) return false;
+    try {
+        platform::RemoveFile(path);
+    } catch (const platform::Error& error) {
+        return error.Number == platform::FileNotFound;
+    }
+    return true;
+}
+
+QString CreateDatabaseDialog(QtWindowServices& services) {
+    const QString path = ChosenPath(services.DialogParent());
+    services.RethrowFailure();
+    if (path.isEmpty() || DeleteFormerDatabase(path.toStdString())) return path;
+    platform::Message message;
+    message.Text = "Could not Create file: " + path.toStdString();
+    message.Critical = true;
+    services.ShowMessage(message);
+    return {};
+}
+
+}  // namespace ui

@@ -1,0 +1,53 @@
+#include "ui/run_tool.h"
+
+#include <QApplication>
+#include <new>
+
+#include "catalogue/field_mapping.h"
+#include "ui/interface_window.h"
+#include "ui/run_time_error.h"
+
+namespace ui {
+
+namespace {
+
+constexpr int Success = 0;
+constexpr int Failure = 1;
+
+constexpr int OutOfMemory = 7;
+constexpr int InternalError = 51;
+
+int ReportFailure(const platform::Error& error, fInterface& window) {
+    window.Services().ShowHourglass(false);
+    ReportRunTimeError(error, window.State(), window.Services().DialogParent());
+    return Failure;
+}
+
+int RunWindow(fInterface& window) {
+    if (!window.Form_Load()) return Success;
+    window.show();
+    const int status = QApplication::exec();
+    window.Trap().RethrowIfTripped();
+    return status;
+}
+
+}  // namespace
+
+int RunTool() {
+    // The window says itself when the tool ends: a message box before it would be the last window closed.
+    QApplication::setQuitOnLastWindowClosed(false);
+    fInterface window;
+    try {
+        return RunWindow(window);
+    } catch (const catalogue::StopRequested&) {
+        return Success;
+    } catch (const platform::Error& error) {
+        return ReportFailure(error, window);
+    } catch (const std::bad_alloc&) {
+        return ReportFailure({OutOfMemory, "", "Out of memory"}, window);
+    } catch (const std::exception& failure) {
+        return ReportFailure({InternalError, "", std::string("Internal error: ") + failure.what()}, window);
+    }
+}
+
+}  // namespace ui
