@@ -113,6 +113,7 @@ class ChainExpansion {
     ChainRecords mChainRecords;
     std::int32_t mType = 0;
     ByteString mDescription;
+    const ByteString mBlankDescription = CompressedBlanks(DescriptionBlanks);
     // Not reset between lines: what a rule leaves alone keeps the bytes of the line before.
     ByteString mTemplate;
 };
@@ -158,7 +159,7 @@ void ChainExpansion::MakeTemplate(const ByteString& header) {
     engine::iPack('C', mTemplate, 1, StatusAt);
     Put(mTemplate, InvoiceAt, Mid(header, InvoicePosition, InvoiceLength));
     Put(mTemplate, LineAt, CompressedBlanks(TemplateLineBlanks));
-    Put(mTemplate, DescriptionAt, CompressedBlanks(DescriptionBlanks));
+    Put(mTemplate, DescriptionAt, mBlankDescription);
 }
 
 void ChainExpansion::AddLine(const ByteString& history, std::int32_t lineOfRecord) {
@@ -182,7 +183,7 @@ void ChainExpansion::MoveRemark() {
 }
 
 void ChainExpansion::CompleteOrdinaryLine() {
-    Put(mTemplate, DescriptionAt, CompressedBlanks(DescriptionBlanks));
+    Put(mTemplate, DescriptionAt, mBlankDescription);
     if (mDescription == WarrantyReconciliation) mType = WarrantyType;
     if (mType % SplitAmountTypes == 0) SplitAmount();
 }

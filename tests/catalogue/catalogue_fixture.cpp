@@ -1,21 +1,43 @@
 #include "tests/catalogue/catalogue_fixture.h"
 
+#include <cstdlib>
+#include <fstream>
 #include <iomanip>
 #include <sstream>
 #include <type_traits>
 
 #include "catalogue/metadata_catalogue.h"
 #include "catalogue/target_builder.h"
+#include "engine/built_ins.h"
 #include "platform/code_page.h"
 
 namespace test {
 
-CatalogueFixture::CatalogueFixture() : mSettings("XDG_CONFIG_HOME", (Scratch / "settings").string()) {
-    WriteBytes(Scratch / "settings" / "Vantora.conf",
-               "[Directory]\nHome=" + CatalogueFile.parent_path().string() +
-                   "\n[Shares]\nRoot=" + (Scratch / "shares").string() + "\n");
+CatalogueFixture::CatalogueFixture() {
     std::filesystem::create_directories(CatalogueFile.parent_path());
+    std::ofstream settings(std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "Vantora.conf",
+                           std::ios::app);
+    settings << "[Directory]\nHome=" << CatalogueFile.parent_path().string() << "\n";
     Catalogue = std::make_unique<CatalogueBuilder>(CatalogueFile);
+}
+
+CatalogueFixture::~CatalogueFixture() {
+    engine::gCodeChars = engine::StandardCodeChars;
+}
+
+void CatalogueFixture::AddRecords(const std::string& name, const std::vector<ByteString>& records) {
+    const std::size_t length = records.empty() ? 16 : records.front().size();
+    const auto count = static_cast<std::int32_t>(records.size());
+    std::string content = Padded(Big(-2, 2) + Big(-1, 4) + Big(count, 4) + Big(count, 4), length, '\0');
+    for (const ByteString& record : records) content += record;
+    Site.AddFile(name, 'L', static_cast<std::int32_t>(length), count, content);
+}
+
+void CatalogueFixture::AddIndex(const std::string& name, std::vector<KeyAndPointer> entries) {
+    const IndexFormat format{.KeyLength = static_cast<std::int32_t>(entries.front().Key.size())};
+    entries.push_back(Terminator(format));
+    const std::string leaf = BlockBytes(format, format.LastLeaf(), entries);
+    Site.AddFile(name, 'I', 512, 1, HeaderBytes(format, 1) + leaf);
 }
 
 void CatalogueFixture::StartCatalogue() {
@@ -24,8 +46,8 @@ void CatalogueFixture::StartCatalogue() {
 }
 
 void CatalogueFixture::StartEngine() {
-    Site.Write(Scratch / "shares");
-    mEngine = std::make_unique<RunningEngine>(Window);
+    Site.Start();
+    engine::gCodeChars.replace(0, 4, " ,-.");
 }
 
 void CatalogueFixture::StartWithTarget() {

@@ -107,8 +107,8 @@ TEST_F(MetadataCatalogue, FilesGoIntoTheSlotsOfTheirColumns) {
     FillSmall();
     Catalogue->AddMap(
         {.TableName = u"GAPS", .Files = {u"KEYX", std::nullopt, u"DATAB", u"NOFILE", std::nullopt}});
-    Site.AddIndex("KEYX", {{"AB", 1}});
-    Site.AddRecords("DATAB", {test::ByteString(16, 'x')});
+    AddIndex("KEYX", {{"AB", 1}});
+    AddRecords("DATAB", {test::ByteString(16, 'x')});
     StartEngine();
     StartCatalogue();
     Caption(u"GAPS");

@@ -7,7 +7,7 @@
 
 namespace {
 
-using test::BigEndian;
+using test::Big;
 using test::Part;
 using test::Row;
 using test::Rows;
@@ -15,8 +15,8 @@ using test::Rows;
 class ExportRows : public test::PartsFixture {};
 
 TEST_F(ExportRows, ARejectedRowIsDropped) {
-    Site.AddIndex("PARTX", {{BigEndian(10, 2), 1}, {BigEndian(20, 2), 2}, {BigEndian(30, 2), 3}});
-    Site.AddRecords("PARTF", {Part(1, 10, "A"), Part(1, 10, "TWICE"), Part(1, 30, "C")});
+    AddIndex("PARTX", {{Big(10, 2), 1}, {Big(20, 2), 2}, {Big(30, 2), 3}});
+    AddRecords("PARTF", {Part(1, 10, "A"), Part(1, 10, "TWICE"), Part(1, 30, "C")});
     Catalogue->AddKey({.Name = u"PARTX", .EndValue = 40});
     StartWithTarget();
     Export(u"PARTS");

@@ -11,7 +11,7 @@
 
 namespace {
 
-using test::BigEndian;
+using test::Big;
 using test::ByteString;
 using test::Part;
 using test::Row;
@@ -71,8 +71,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& range) { return range.param.Name; });
 
 TEST_F(ExportRun, ARowWhoseIndexColumnExceedsTheEndStopsTheRun) {
-    Site.AddIndex("PARTX", {{BigEndian(10, 2), 1}, {BigEndian(20, 2), 2}, {BigEndian(30, 2), 3}});
-    Site.AddRecords("PARTF", {Part(1, 10, "A"), Part(1, 500, "B"), Part(1, 30, "C")});
+    AddIndex("PARTX", {{Big(10, 2), 1}, {Big(20, 2), 2}, {Big(30, 2), 3}});
+    AddRecords("PARTF", {Part(1, 10, "A"), Part(1, 500, "B"), Part(1, 30, "C")});
     Catalogue->AddKey({.Name = u"PARTX", .EndValue = 40});
     StartWithTarget();
     Export(u"PARTS");
@@ -110,7 +110,7 @@ TEST_F(ExportRun, WithoutAKeyRecordsOfTheStatusRangeAreCopied) {
 }
 
 TEST_F(ExportRun, AFileWithoutUsedRecordsCompletesAtOnce) {
-    Site.AddRecords("PARTF", {});
+    AddRecords("PARTF", {});
     Catalogue->AddKey({.Name = u"X"});
     StartWithTarget();
     Export(u"STOCK");
@@ -134,7 +134,7 @@ TEST_F(ExportRun, RecordsOfSeveralDataFilesAreJoined) {
     Catalogue->AddField(u"PAIR", u"Number", u"U", 2, 3);
     Catalogue->AddField(u"PAIR", u"More", u"A", 4, 17);
     AddFiveParts();
-    Site.AddRecords("MOREF", {"MORE" + ByteString(12, ' ')});
+    AddRecords("MOREF", {"MORE" + ByteString(12, ' ')});
     Catalogue->AddKey({.Name = u"X"});
     StartWithTarget();
     const auto error = test::ErrorOf([this] { Export(u"PAIR"); });
@@ -168,7 +168,7 @@ TEST_F(ExportRun, ATableKeyedByTextIsCopiedWhole) {
                        .IndexFieldinDataFile = std::u16string(u"Name")});
     Catalogue->AddKey({.Name = u"NAMEX", .DataType = u"A", .Size = 3});
     AddFields(u"NAMES");
-    Site.AddIndex("NAMEX", {{"ABC", 5}, {"XYZ", 1}});
+    AddIndex("NAMEX", {{"ABC", 5}, {"XYZ", 1}});
     StartFiveParts();
     Export(u"NAMES");
     EXPECT_EQ(RowsOfTarget(u"NAMES"), (Rows{Row(10, "A"), Row(50, "E")}));

@@ -24,7 +24,7 @@ class InvoiceDetail : public test::CatalogueFixture {
     void Expand(const std::vector<HistoryRecord>& records, std::int32_t record) {
         std::vector<ByteString> bytes;
         for (const HistoryRecord& each : records) bytes.push_back(each.Bytes());
-        Site.AddRecords("INVHST", bytes);
+        AddRecords("INVHST", bytes);
         StartEngine();
         Rec = record;
         const auto file = engine::gEngine->LogicalOpen("INVHST");
@@ -61,8 +61,8 @@ TEST_F(InvoiceDetail, LinesOfAChainAreNumberedThroughInTheOrderOfTheSequence) {
         const ByteString& detail = Lines.Line(line);
         EXPECT_EQ(detail.size(), 76U);
         EXPECT_EQ(Part(detail, 1, 2), Bytes("\x00\x01"));
-        EXPECT_EQ(Part(detail, 3, 4), test::BigEndian(4711, 4)) << "of the record with the highest number";
-        EXPECT_EQ(Part(detail, 7, 2), test::BigEndian(line, 2));
+        EXPECT_EQ(Part(detail, 3, 4), test::Big(4711, 4)) << "of the record with the highest number";
+        EXPECT_EQ(Part(detail, 7, 2), test::Big(line, 2));
         EXPECT_EQ(Part(detail, 12, 41), ByteString(41, '\x11'));
         EXPECT_EQ(Part(detail, 53, 24), ByteString(24, '\0'));
         types += Part(detail, 11, 1);
@@ -98,7 +98,7 @@ class InvoiceAmount : public InvoiceDetail, public testing::WithParamInterface<A
 
 TEST_P(InvoiceAmount, TypesThatFiveDividesCarryASignedAmount) {
     ByteString line = InvoiceLine("ABC", "");
-    line.replace(35, 3, test::BigEndian(GetParam().Amount, 3));
+    line.replace(35, 3, test::Big(GetParam().Amount, 3));
     Expand({{.Type = GetParam().Type, .Description = GetParam().Description, .Lines = {line}}}, 1);
     EXPECT_EQ(Part(Lines.Line(1), 39, 8), GetParam().SignAndMagnitude);
 }
@@ -146,7 +146,7 @@ TEST_F(InvoiceDetail, ASequenceNumberAbove200Raises) {
 
 TEST_F(InvoiceDetail, ARecordTooShortForItsHeaderRaises) {
     ByteString record = HistoryRecord{}.Bytes().substr(0, 100);
-    Site.AddRecords("INVHST", {record});
+    AddRecords("INVHST", {record});
     StartEngine();
     Rec = 1;
     const auto file = engine::gEngine->LogicalOpen("INVHST");

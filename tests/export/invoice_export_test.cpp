@@ -8,7 +8,7 @@
 
 namespace {
 
-using test::BigEndian;
+using test::Big;
 using test::ByteString;
 using test::HistoryRecord;
 using test::InvoiceLine;
@@ -32,11 +32,11 @@ class InvoiceExport : public test::ExportFixture {
     }
 
     void ExportHistory(const std::vector<HistoryRecord>& records,
-                       const std::vector<test::IndexEntry>& entries) {
+                       const std::vector<test::KeyAndPointer>& entries) {
         std::vector<ByteString> bytes;
         for (const HistoryRecord& record : records) bytes.push_back(record.Bytes());
-        Site.AddRecords("INVHST", bytes);
-        Site.AddIndex("INVX", entries);
+        AddRecords("INVHST", bytes);
+        AddIndex("INVX", entries);
         StartWithTarget();
         Export(u"INVOICE_HISTORY_DETAIL");
     }
@@ -48,7 +48,7 @@ TEST_F(InvoiceExport, EveryLineOfAChainBecomesARow) {
          {.Sequence = 2, .Link = 1, .Invoice = 7, .Lines = {InvoiceLine("C", "")}},
          {.Sequence = 1, .Link = 1, .Invoice = 8},
          {.Sequence = 1, .Link = 1, .Invoice = 9, .Lines = {InvoiceLine("D", "")}}},
-        {{BigEndian(7, 4), 2}, {BigEndian(8, 4), 3}, {BigEndian(9, 4), 4}});
+        {{Big(7, 4), 2}, {Big(8, 4), 3}, {Big(9, 4), 4}});
     EXPECT_EQ(Window.Yields, 5) << "one a line, and one for the invoice without lines";
     EXPECT_EQ(LastStatus(), "Complete");
     EXPECT_EQ(RowsOfTarget(u"INVOICE_HISTORY_DETAIL"), (Rows{"7|1|A  ", "7|2|B  ", "7|3|C  ", "9|1|D  "}));
@@ -57,14 +57,14 @@ TEST_F(InvoiceExport, EveryLineOfAChainBecomesARow) {
 TEST_F(InvoiceExport, AChainWhoseLastLinkIsZeroEndsTheRunAfterTheLineInHand) {
     ExportHistory({{.Link = 0, .Invoice = 7, .Lines = {InvoiceLine("A", ""), InvoiceLine("B", "")}},
                    {.Invoice = 9, .Lines = {InvoiceLine("D", "")}}},
-                  {{BigEndian(7, 4), 1}, {BigEndian(9, 4), 2}});
+                  {{Big(7, 4), 1}, {Big(9, 4), 2}});
     EXPECT_EQ(LastStatus(), "Complete");
     EXPECT_EQ(RowsOfTarget(u"INVOICE_HISTORY_DETAIL"), Rows{"7|1|A  "});
 }
 
 TEST_F(InvoiceExport, AChainWithoutEndCanBeCancelled) {
     Window.OnYield = [this] { State.CancelRequested = Window.Yields > 50; };
-    ExportHistory({{.Sequence = 2, .Link = 1, .Invoice = 7}}, {{BigEndian(7, 4), 1}});
+    ExportHistory({{.Sequence = 2, .Link = 1, .Invoice = 7}}, {{Big(7, 4), 1}});
     EXPECT_TRUE(State.CancelRequested);
     EXPECT_EQ(LastStatus(), "Processing:  1 of  1");
     EXPECT_TRUE(Window.ActionEnabled.empty());

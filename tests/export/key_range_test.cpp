@@ -53,9 +53,9 @@ class KeyRange : public test::CatalogueFixture {
 
     /// A site with three keys over two records.
     void StartSite() {
-        Site.AddIndex("PARTX", {{Bytes("\x00\x0A"), 1}, {Bytes("\x00\x14"), 2}, {Bytes("\x01\x00"), 2}});
-        Site.AddIndex("LOOSEX", {{"AB", 1}});
-        Site.AddRecords("PARTF", {ByteString(16, 'a'), ByteString(16, 'b')});
+        AddIndex("PARTX", {{Bytes("\x00\x0A"), 1}, {Bytes("\x00\x14"), 2}, {Bytes("\x01\x00"), 2}});
+        AddIndex("LOOSEX", {{"AB", 1}});
+        AddRecords("PARTF", {ByteString(16, 'a'), ByteString(16, 'b')});
         StartEngine();
         Catalogue->AddKey({.Name = u"PARTX", .StartValue = 1, .EndValue = 999});
         StartCatalogue();

@@ -14,7 +14,7 @@ using Rows = std::vector<std::string>;
 /// Record of 16 bytes: status, number, name.
 inline ByteString Part(std::int32_t status, std::int32_t number, std::string name) {
     name.resize(12, ' ');
-    return BigEndian(status, 2) + BigEndian(number, 2) + name;
+    return Big(status, 2) + Big(number, 2) + name;
 }
 
 inline std::string Row(int number, std::string name) {
@@ -46,13 +46,10 @@ class PartsFixture : public ExportFixture {
 
     /// Keys 10 to 50 over records 5 to 1.
     void AddFiveParts() {
-        Site.AddIndex("PARTX", {{BigEndian(10, 2), 5},
-                                {BigEndian(20, 2), 4},
-                                {BigEndian(30, 2), 3},
-                                {BigEndian(40, 2), 2},
-                                {BigEndian(50, 2), 1}});
-        Site.AddRecords("PARTF", {Part(1, 50, "E"), Part(2, 40, "D"), Part(3, 30, "C"), Part(0, 20, "B"),
-                                  Part(-1, 10, "A")});
+        AddIndex("PARTX",
+                 {{Big(10, 2), 5}, {Big(20, 2), 4}, {Big(30, 2), 3}, {Big(40, 2), 2}, {Big(50, 2), 1}});
+        AddRecords("PARTF", {Part(1, 50, "E"), Part(2, 40, "D"), Part(3, 30, "C"), Part(0, 20, "B"),
+                             Part(-1, 10, "A")});
     }
 
     void StartFiveParts(const KeyRow& key = {.Name = u"PARTX", .StartValue = 1, .EndValue = 999}) {

@@ -8,14 +8,10 @@
 
 #include "catalogue/metadata_catalogue.h"
 #include "catalogue/target_builder.h"
-#include "engine/built_ins.h"
-#include "engine/business_basic.h"
-#include "engine/site_configuration.h"
 #include "export/export_run.h"
 #include "platform/code_page.h"
-#include "tests/catalogue/scripted_window.h"
 #include "tests/catalogue/table_list_fake.h"
-#include "tests/support/scratch.h"
+#include "tests/tools/site_fixture.h"
 #include "tools/sample_site/canonical_cell.h"
 #include "tools/sample_site/sample_site.h"
 
@@ -25,30 +21,19 @@ namespace fs = std::filesystem;
 
 using Lines = std::vector<std::string>;
 
-class SampleSiteExport : public testing::Test {
+class SampleSiteExport : public test::SiteFixture {
   protected:
-    SampleSiteExport()
-        : mTemp("TMPDIR", (mFolder / "tmp").string()),
-          mSettings("XDG_CONFIG_HOME", (mFolder / "config").string()) {}
-
-    ~SampleSiteExport() override {
-        mState = {};
-        engine::gEngine.reset();
-        engine::gCodeChars = engine::StandardCodeChars;
-    }
-
     void ExportEverything() {
-        engine::LoadSiteConfiguration(false, mWindow);
-        ASSERT_NE(engine::gEngine, nullptr);
+        StartEngine();
+        engine::gCodeChars.replace(0, 4, " ,-.");  // as the window does
         catalogue::StartCatalogue(mState, mList);
-        engine::gCodeChars.replace(0, 4, " ,-.");
         catalogue::BuildTargetDatabase(mState, mTarget.string());
         for (std::int16_t box = 0; box < catalogue::TableList::BoxCount; ++box) {
             if (mList.Caption(box).empty()) continue;
             catalogue::EmptyTableFiles(mState);
-            catalogue::OpenFiles(mState, mList, mWindow, box);
+            catalogue::OpenFiles(mState, mList, Window, box);
             catalogue::BuildCollection(mState, mList, box);
-            exporting::AddData(mState, mList, mWindow, box);
+            exporting::AddData(mState, mList, Window, box);
         }
         mState.TargetDatabase->Close();
     }
@@ -80,26 +65,19 @@ class SampleSiteExport : public testing::Test {
         return lines;
     }
 
-    test::ScratchFolder mScratch;
-    const fs::path mFolder = mScratch / "site";
-    const fs::path mTarget = mScratch / "target.mdb";
+    const fs::path mTarget = Scratch / "target.mdb";
     catalogue::InterfaceState mState;
     test::TableListFake mList;
-    test::ScriptedWindow mWindow;
-
-  private:
-    test::ScopedVariable mTemp;
-    test::ScopedVariable mSettings;
 };
 
 TEST_F(SampleSiteExport, EveryCellOfEveryTableArrives) {
-    sample::WriteSampleSite(mFolder, {.Records = 1500, .Seed = 7, .WriteExpected = true});
+    sample::WriteSampleSite(Folder, {.Records = 1500, .Seed = 7, .WriteExpected = true});
     ExportEverything();
-    EXPECT_TRUE(mWindow.Messages.empty());
+    EXPECT_TRUE(Window.Messages.empty());
 
     const auto database = dao::OpenDatabase(mTarget.string());
     int tables = 0;
-    for (const auto& entry : fs::directory_iterator(mFolder / "expected")) {
+    for (const auto& entry : fs::directory_iterator(Folder / "expected")) {
         const std::string table = entry.path().stem().string();
         const Lines expected = LinesOf(entry.path());
         const Lines exported = LinesOf(*database, platform::WideFromUtf8(table));

@@ -39,8 +39,8 @@ class Supersession : public test::ExportFixture {
         Catalogue->AddIndexColumn(u"SUPERCEDES", u"ByOld", u"OldPart", false);
     }
 
-    void ExportKeys(const std::vector<test::IndexEntry>& entries) {
-        Site.AddIndex("SUPERX", entries);
+    void ExportKeys(const std::vector<test::KeyAndPointer>& entries) {
+        AddIndex("SUPERX", entries);
         StartWithTarget();
         Export(u"SUPERCEDES");
     }
