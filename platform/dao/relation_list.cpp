@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <set>
 
 #include "platform/code_page.h"
 #include "platform/dao/value.h"
@@ -40,10 +41,8 @@ std::vector<std::u16string> RelationList::Names() const {
 }
 
 int RelationList::Count() const {
-    std::vector<std::u16string> names = Names();
-    std::ranges::sort(names);
-    const auto repeated = std::ranges::unique(names);
-    return static_cast<int>(names.size() - repeated.size());
+    const std::vector<std::u16string> names = Names();
+    return static_cast<int>(std::set<std::u16string>(names.begin(), names.end()).size());
 }
 
 void RelationList::Append(const Relation& relation) {

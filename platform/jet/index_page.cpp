@@ -274,6 +274,22 @@ std::size_t IndexPage::PackedSize(std::span<const std::string> entries) const {
     return size;
 }
 
+std::size_t IndexPage::EvenSplit(std::span<const std::string> entries) const {
+    const auto left = [&](std::size_t count) { return PackedSize(entries.first(count)); };
+    const auto right = [&](std::size_t count) { return PackedSize(entries.subspan(count)); };
+    std::size_t low = 1;
+    std::size_t high = entries.size() - 1;
+    while (low < high) {
+        const std::size_t count = (low + high) / 2;
+        if (left(count) < right(count)) {
+            low = count + 1;
+        } else {
+            high = count;
+        }
+    }
+    return low > 1 && right(low - 1) < left(low) ? low - 1 : low;
+}
+
 bool IndexPage::Assign(std::span<const std::string> entries) {
     if (PackedSize(entries) > mRoom) return false;
     const std::size_t prefix = CommonPrefix(entries);

@@ -95,6 +95,10 @@ class IndexPage {
     /// Bytes that ascending entries would take up on this page.
     std::size_t PackedSize(std::span<const std::string> entries) const;
 
+    /// How many of the entries go to the left of two such pages so that the fuller one is as empty as can be.
+    /// Both get one at least.
+    std::size_t EvenSplit(std::span<const std::string> entries) const;
+
     /// Replaces all entries, a leaf's with the longest common prefix left out. False, and nothing changed,
     /// when they do not fit.
     bool Assign(std::span<const std::string> entries);
