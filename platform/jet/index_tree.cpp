@@ -1,7 +1,6 @@
 #include "platform/jet/index_tree.h"
 
 #include <algorithm>
-#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
