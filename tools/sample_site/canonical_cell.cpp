@@ -1,8 +1,8 @@
 #include "tools/sample_site/canonical_cell.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstdlib>
 
 #include "platform/code_page.h"
 #include "platform/error.h"
@@ -56,10 +56,10 @@ constexpr std::array<std::uint32_t, 256> CrcTable() {
 }  // namespace
 
 std::string TextCell(std::string_view text) {
-    for (const char c : text) {
-        if (static_cast<signed char>(c) < 0) return Escaped(platform::Utf8FromBytes(text));
-    }
-    return Escaped(text);
+    // Most texts are plain ASCII and stay as they are.
+    const bool isPlain = std::none_of(text.begin(), text.end(),
+                                      [](char c) { return static_cast<signed char>(c) < ' ' || c == '\\'; });
+    return isPlain ? std::string(text) : Escaped(platform::Utf8FromBytes(text));
 }
 
 std::string LongCell(std::int64_t value) {

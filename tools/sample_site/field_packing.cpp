@@ -20,6 +20,8 @@ constexpr CalendarDay DayZero{1967, 12, 31};
 constexpr std::int64_t ImpossibleDigits = 999'999;  // 99/99/99 is no date in any order
 constexpr int DateDigitsLength = 3;
 constexpr int DayNumberLength = 2;
+constexpr int BytesInGroup = 2;
+constexpr int CharactersInGroup = 3;
 
 std::int64_t DigitsOf(CalendarDay day, char code) {
     const int year = day.Year % 100;
@@ -102,13 +104,11 @@ CompressionAlphabet::~CompressionAlphabet() {
 }
 
 int CompressedCharacters(int bytes) {
-    constexpr int BytesInGroup = 2;
-    constexpr int CharactersInGroup = 3;
     return (bytes + 1) / BytesInGroup * CharactersInGroup;
 }
 
 ByteString Compressed(const std::string& text, int length) {
-    ByteString padded = Padded(text, CompressedCharacters(length));
+    ByteString padded = Padded(text, length / BytesInGroup * CharactersInGroup);
     if (text.size() > padded.size()) throw platform::Error(platform::InvalidArgument);
     ByteString bytes = engine::Crm(padded);
     bytes.resize(static_cast<std::size_t>(length));

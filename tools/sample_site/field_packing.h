@@ -24,10 +24,12 @@ class CompressionAlphabet {
     platform::ByteString mBefore;
 };
 
-/// The length of the text that so many bytes of compressed text stand for.
+/// The length of the text that so many bytes of compressed text stand for; an odd last byte counts as a whole
+/// group of three.
 int CompressedCharacters(int bytes);
 
-/// Compresses text, padded with blanks to what length bytes hold. Raises 5 for a longer one.
+/// Compresses text, padded with blanks, into length bytes; an odd last byte is zero, three blanks. Raises 5
+/// for a text that is longer.
 platform::ByteString Compressed(const std::string& text, int length);
 
 /// Writes a whole number of length bytes at 1-based position.

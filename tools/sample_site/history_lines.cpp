@@ -35,11 +35,13 @@ HistoryLineMaker::HistoryLineMaker(const TableSpec& detail)
 
 HistoryLine HistoryLineMaker::Make(RowContext& row, std::int64_t lineNumber, bool rewritten) const {
     std::vector<FieldValue> values;
+    values.reserve(mDetail.Fields.size());
     for (const FieldSpec& field : mDetail.Fields) values.push_back(field.Make(row));
     values[mLineNumber] = lineNumber;
     if (row.Numbers.OneIn(RemarkChances)) return Remark(row, std::move(values));
     if (rewritten) return Rewritten(row, std::move(values));
-    return {Packed(values), values};
+    ByteString bytes = Packed(values);
+    return {std::move(bytes), std::move(values)};
 }
 
 ByteString HistoryLineMaker::Packed(const std::vector<FieldValue>& values) const {

@@ -4,6 +4,8 @@
 #include <stdexcept>
 
 #include "engine/field_codec.h"
+#include "engine/index_layout.h"
+#include "engine/open_file.h"
 #include "platform/error.h"
 
 namespace sample {
@@ -11,6 +13,7 @@ namespace sample {
 namespace {
 
 using engine::iPack;
+using engine::PointerLength;
 using platform::ByteString;
 
 // Header block, 1-based. The extended format keeps bits 16 to 23 of three words in bytes 17 to 19.
@@ -33,12 +36,6 @@ constexpr std::int32_t BlockLink = 3;
 constexpr std::int32_t BlockBefore = 5;
 constexpr std::int32_t BlockHighLink = 7;
 constexpr std::int32_t BlockHighBefore = 8;
-constexpr std::int32_t EntriesAt512 = 5;
-constexpr std::int32_t EntriesAt2048 = 9;
-
-constexpr std::int32_t LastLeaf512 = 0xFFFF;
-constexpr std::int32_t LastLeaf2048 = 0xFFFFFF;
-constexpr int PointerLength = 4;
 constexpr int EqualNumberLength = 2;
 constexpr std::int32_t TerminatorPointer = -1;
 constexpr int HighByte = 16;  // bits below it
@@ -50,6 +47,10 @@ constexpr std::int64_t Whole = 100;
 
 bool IsExtended(const IndexShape& shape) {
     return shape.Format == IndexFormat::Extended2048;
+}
+
+std::int32_t LastLeafMark(const IndexShape& shape) {
+    return IsExtended(shape) ? engine::ExtendedLastLeaf : engine::LastLeaf;
 }
 
 bool NumbersEqualKeys(const IndexShape& shape) {
@@ -69,9 +70,7 @@ std::int32_t BlockOfLeaf(std::int32_t leaf) {
 }  // namespace
 
 int IndexShape::BlockSize() const {
-    constexpr int Plain = 512;
-    constexpr int Extended = 2048;
-    return Format == IndexFormat::Extended2048 ? Extended : Plain;
+    return IsExtended(*this) ? engine::ExtendedBlockSize : engine::BlockSize;
 }
 
 int IndexShape::EntryLength() const {
@@ -79,7 +78,7 @@ int IndexShape::EntryLength() const {
 }
 
 int IndexShape::EntriesPerBlock() const {
-    return (BlockSize() + 1 - (IsExtended(*this) ? EntriesAt2048 : EntriesAt512)) / EntryLength();
+    return (BlockSize() + 1 - engine::EntriesOffset(IsExtended(*this))) / EntryLength();
 }
 
 std::int64_t IndexShape::BlocksFor(std::int64_t keys) const {
@@ -90,7 +89,7 @@ std::int64_t IndexShape::BlocksFor(std::int64_t keys) const {
         level = (level + Filled(*this, InteriorFill) - 1) / Filled(*this, InteriorFill);
         blocks += level;
     }
-    if (blocks >= (IsExtended(*this) ? LastLeaf2048 : LastLeaf512)) throw platform::Error(platform::Overflow);
+    if (blocks >= LastLeafMark(*this)) throw platform::Error(platform::Overflow);
     return blocks;
 }
 
@@ -141,10 +140,9 @@ void IndexWriter::StartLeaf() {
 }
 
 void IndexWriter::WriteLeaf(bool isLast) {
-    const std::int32_t lastMark = IsExtended(mShape) ? LastLeaf2048 : LastLeaf512;
     const std::int32_t block = BlockOfLeaf(mLeaves);
     const std::int32_t before = mLeaves == 0 ? 0 : BlockOfLeaf(mLeaves - 1);
-    WriteBlock(block, mLeafCount, isLast ? lastMark : BlockOfLeaf(mLeaves + 1), before, mLeaf);
+    WriteBlock(block, mLeafCount, isLast ? LastLeafMark(mShape) : BlockOfLeaf(mLeaves + 1), before, mLeaf);
     const std::size_t entryLength = static_cast<std::size_t>(mShape.EntryLength());
     mChildren.push_back({mLeaf.substr(mLeaf.size() - entryLength, entryLength - PointerLength), block});
     ++mLeaves;
@@ -161,7 +159,7 @@ void IndexWriter::WriteBlock(std::int32_t block, std::int32_t count, std::int32_
         iPack('C', bytes, before, BlockBefore);
         iPack('B', bytes, before >> HighByte, BlockHighBefore);
     }
-    platform::Put(bytes, IsExtended(mShape) ? EntriesAt2048 : EntriesAt512, entries);
+    platform::Put(bytes, engine::EntriesOffset(IsExtended(mShape)), entries);
     mExtent.Write(block, bytes);
 }
 

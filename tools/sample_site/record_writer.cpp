@@ -4,19 +4,12 @@
 #include <numeric>
 
 #include "engine/field_codec.h"
+#include "engine/records.h"
 
 namespace sample {
 
 namespace {
 
-constexpr std::int32_t NextDeleted = 3;  // 1-based, of a deleted record
-
-// Record zero, 1-based.
-constexpr std::size_t HeaderLength = 16;
-constexpr std::int32_t HeaderMark = 1;
-constexpr std::int32_t HeaderChainHead = 3;
-constexpr std::int32_t HeaderHighest = 7;
-constexpr std::int32_t HeaderActive = 11;
 constexpr std::int32_t PlainFileMark = -2;
 
 }  // namespace
@@ -46,7 +39,7 @@ void RecordWriter::Open(const RecordWindow& window) {
     mBuffer.assign(static_cast<std::size_t>(window.Count) * static_cast<std::size_t>(mExtent.RecordLength()),
                    '\0');
     for (const std::int32_t record : window.Deleted) {
-        engine::iPack('L', mBuffer, mChainHead, Position(record) + NextDeleted - 1);
+        engine::iPack('L', mBuffer, mChainHead, Position(record) + engine::NextDeletedPosition - 1);
         mChainHead = record;
     }
     mActive += std::ssize(window.Rows);
@@ -62,11 +55,11 @@ void RecordWriter::Close() {
 }
 
 void RecordWriter::Finish() {
-    platform::ByteString header(HeaderLength, '\0');
-    engine::iPack('J', header, PlainFileMark, HeaderMark);
-    engine::iPack('L', header, mChainHead, HeaderChainHead);
-    engine::iPack('L', header, mHighest, HeaderHighest);
-    engine::iPack('L', header, static_cast<std::int32_t>(mActive), HeaderActive);
+    platform::ByteString header(engine::RecordHeaderLength, '\0');
+    engine::iPack('J', header, PlainFileMark, engine::HeaderStatePosition);
+    engine::iPack('L', header, mChainHead, engine::ChainHeadPosition);
+    engine::iPack('L', header, mHighest, engine::HighWaterPosition);
+    engine::iPack('L', header, static_cast<std::int32_t>(mActive), engine::ActiveCountPosition);
     mExtent.Write(0, header);
 }
 

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "engine/field_codec.h"
+#include "engine/open_file.h"
 #include "platform/error.h"
 #include "tools/sample_site/sample_site.h"
 
@@ -14,7 +15,7 @@ namespace {
 using platform::ByteString;
 using platform::File;
 
-constexpr std::int64_t BlockSize = 512;
+using engine::BlockSize;
 
 // A directory entry; the flags lie inside the name field, so names end before them.
 constexpr std::size_t EntryLength = 32;
@@ -56,7 +57,7 @@ ByteString Link(const std::string& area, const std::string& name) {
 LogicalExtent::LogicalExtent(File& container, std::int32_t firstBlock, std::int32_t recordLength,
                              std::int32_t lastRecord)
     : mContainer(container),
-      mOffset(firstBlock * BlockSize),
+      mOffset(std::int64_t{firstBlock} * BlockSize),
       mRecordLength(recordLength),
       mLastRecord(lastRecord) {}
 
