@@ -3,15 +3,11 @@
 #include <QLinearGradient>
 #include <QPainter>
 
+#include "ui/mixed_colour.h"
+
 namespace ui {
 
 namespace {
-
-/// share of the way from one colour to another.
-QColor Mixed(const QColor& from, const QColor& to, double share) {
-    const auto mix = [share](int a, int b) { return static_cast<int>(a + (b - a) * share); };
-    return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
-}
 
 /// One ruled sheet: an outline, a head line and rows, as a table's grid.
 void PaintSheet(QPainter& painter, QRectF sheet) {

@@ -13,6 +13,8 @@ void ShowMessageBox(const platform::Message& message, QWidget* parent) {
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     if (message.SystemModal) box.setWindowFlag(Qt::WindowStaysOnTopHint);
     box.exec();
+    // The keys go back to where they were, also on a display without a window manager.
+    if (parent != nullptr) parent->activateWindow();
 }
 
 }  // namespace ui

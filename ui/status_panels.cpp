@@ -24,6 +24,7 @@ StatusPanels::StatusPanels(QWidget* parent) : QStatusBar(parent) {
     for (std::size_t i = 0; i < mPanels.size(); ++i) {
         mPanels[i] = new QLabel(this);
         mPanels[i]->setObjectName(u"sb1(%1)"_s.arg(i + 1));
+        mPanels[i]->setFrameStyle(static_cast<int>(QFrame::StyledPanel) | static_cast<int>(QFrame::Plain));
         mPanels[i]->setContentsMargins(Padding, 0, Padding, 0);
         mPanels[i]->setTextFormat(Qt::PlainText);
         addWidget(mPanels[i], Stretches[i]);

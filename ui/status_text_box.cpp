@@ -24,6 +24,11 @@ void StatusTextBox::ShowProgress(const QString& text, double share) {
     update();
 }
 
+void StatusTextBox::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    deselect();  // the focus comes here when the buttons are disabled: the text stays as it was
+}
+
 void StatusTextBox::paintEvent(QPaintEvent* event) {
     constexpr int FrameWidth = 1;
     constexpr double BarOpacity = 0.35;

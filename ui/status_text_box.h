@@ -19,6 +19,7 @@ class StatusTextBox : public QLineEdit {
     double Share() const { return mShare; }
 
   protected:
+    void focusInEvent(QFocusEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
