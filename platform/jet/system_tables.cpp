@@ -43,7 +43,6 @@ struct SystemTable {
     std::vector<SystemIndex> Indexes;  // by number
 };
 
-constexpr std::uint8_t PlainFlags = RealIndex::Jet4Flag;
 constexpr std::uint8_t UniqueFlags = RealIndex::Jet4Flag | RealIndex::UniqueFlag;
 constexpr std::uint8_t RequiredFlags = RealIndex::Jet4Flag | RealIndex::RequiredFlag;
 constexpr std::uint8_t IgnoreNullsFlags = RealIndex::Jet4Flag | RealIndex::IgnoreNullsFlag;
