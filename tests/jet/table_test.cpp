@@ -286,7 +286,7 @@ TEST_F(Tables, ChangeAFixedColumnWithItsIndexes) {
     for (const Row& row : InIndexOrder(*table, 1)) byBoth.push_back(std::get<std::int32_t>(row[0]));
     EXPECT_THAT(byBoth, testing::ElementsAre(77, 4, 3, 2, 0));
     EXPECT_EQ(table->ReadColumn(rows[2], 1), Value{true});
-    ExpectSoundFile();
+    ExpectSoundChangedFile();
 }
 
 TEST_F(Tables, ChangeBetweenNullAndValue) {
@@ -295,7 +295,7 @@ TEST_F(Tables, ChangeBetweenNullAndValue) {
     table->UpdateFixed(row, 0, {});
     table->UpdateFixed(row, 1, platform::OleDate{40000.5});
     EXPECT_THAT(Kept(), testing::ElementsAre(Row{{}, platform::OleDate{40000.5}}));
-    ExpectSoundFile();
+    ExpectSoundChangedFile();
 }
 
 TEST_F(Tables, RefuseAChangeBeforeAnythingIsWritten) {
@@ -321,7 +321,7 @@ TEST_F(Tables, ChangeASharedFileAtOnce) {
                 testing::ElementsAre(Row{9, u"a", {}}, Row{2, u"b", Letters(3000)}));
     EXPECT_EQ(other->FindTable(u"T")->RowCount(), 2U);
     other.reset();
-    ExpectSoundFile();
+    ExpectSoundChangedFile();
 }
 
 // Rows that the engine moved or deleted
