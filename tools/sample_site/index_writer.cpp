@@ -37,7 +37,6 @@ constexpr std::int32_t BlockBefore = 5;
 constexpr std::int32_t BlockHighLink = 7;
 constexpr std::int32_t BlockHighBefore = 8;
 constexpr int EqualNumberLength = 2;
-constexpr std::int32_t TerminatorPointer = -1;
 constexpr int HighByte = 16;  // bits below it
 
 // Percentages of a block.
