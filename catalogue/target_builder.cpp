@@ -6,7 +6,9 @@
 
 #include <memory>
 
+#include "catalogue/create_relations.h"
 #include "catalogue/row_fields.h"
+#include "platform/error.h"
 
 namespace catalogue {
 
@@ -28,11 +30,12 @@ void AppendTables(InterfaceState& state) {
     std::shared_ptr<dao::TableDef> table;
     for (MoveToFirstByPrimaryKey(rows); !rows.AtEnd(); rows.MoveNext()) {
         const std::u16string TableName = TextOf(rows, u"TableName");
-        if (!table || TableName != PreviousTable) {
-            if (table) tables.Append(table);
+        if (TableName != PreviousTable) {
+            if (!PreviousTable.empty()) tables.Append(table);
             PreviousTable = TableName;
             table = state.TargetDatabase->CreateTableDef(TableName);
         }
+        if (!table) throw platform::Error(platform::ObjectNotSet);
         table->AppendField(ColumnOf(rows, *table));
     }
     tables.Append(table);
@@ -53,12 +56,13 @@ void AppendIndexes(InterfaceState& state) {
     dao::Index index;
     for (MoveToFirstByPrimaryKey(rows); !rows.AtEnd(); rows.MoveNext()) {
         const std::u16string TableName = TextOf(rows, u"TableName");
-        if (!table || TableName != PreviousTable || TextOf(rows, u"IndexName") != index.Name) {
-            if (table) table->Indexes().Append(index);
+        if (TableName != PreviousTable || TextOf(rows, u"IndexName") != index.Name) {
+            if (!PreviousTable.empty()) table->Indexes().Append(index);
             table = tables.Item(TableName);
             index = NewIndex(rows, *table);
             PreviousTable = TableName;
         }
+        if (!table) throw platform::Error(platform::ObjectNotSet);
         dao::Field column = table->CreateField(TextOf(rows, u"FieldName"));
         if (TruthOf(rows, u"Descending")) column.Attributes = dao::DescendingField;
         index.Fields.push_back(column);
@@ -76,8 +80,6 @@ std::shared_ptr<dao::Relation> NewRelation(dao::Recordset& row, const InterfaceS
     return relation;
 }
 
-}  // namespace
-
 void AppendRelations(InterfaceState& state) {
     dao::Recordset& rows = *state.RelationsRecordset;
     dao::Relations& relations = state.TargetDatabase->Relations();
@@ -94,6 +96,8 @@ void AppendRelations(InterfaceState& state) {
     }
     relations.Append(*relation);
 }
+
+}  // namespace
 
 void BuildTargetDatabase(InterfaceState& state, const std::string& path) {
     state.FileDefinitionsRecordset = state.CatalogueDatabase->OpenRecordset(u"VantoraFileDefinitions");

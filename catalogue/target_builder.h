@@ -9,15 +9,8 @@
 
 namespace catalogue {
 
-/// Whether the target database gets the catalogue's relations.
-inline constexpr bool CreateRelations = false;
-
 /// Creates the database at path (UTF-8) with its whole schema and leaves it open in `TargetDatabase`. Errors
 /// propagate; what was appended before stays on disk. An unknown field type code throws StopRequested.
 void BuildTargetDatabase(InterfaceState& state, const std::string& path);
-
-/// The relation step: appends every relation of `LogicalRelations` to the open target database, enforced when
-/// `EnforceReferentialIntegrity` says so. Runs only while CreateRelations is true.
-void AppendRelations(InterfaceState& state);
 
 }  // namespace catalogue

@@ -4,6 +4,8 @@
 
 #include "export/export_run.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 
 #include "catalogue/row_fields.h"
@@ -27,11 +29,10 @@ constexpr std::int32_t StatusPosition = 1;
 constexpr int CancelUpdateButton = 2;
 constexpr const char* CompleteText = "Complete";
 
-/// What a keyed run needs of the catalogue's rows.
+/// What a keyed run needs of the key's description.
 struct KeyRange {
     FieldDecoder Decoder;
     std::int32_t EndValue;
-    dao::Value IndexColumnName;
 };
 
 struct StatusRange {
@@ -40,10 +41,29 @@ struct StatusRange {
     std::int32_t LastRecord;
 };
 
+/// Errors of the target's file: not enough space on the disk, and disk or network errors.
+constexpr std::array FileErrors{platform::DiskFull,
+                                platform::DeviceIoError,
+                                platform::PermissionDenied,
+                                platform::PathFileAccess,
+                                3026,
+                                3040,
+                                3043};
+
+/// Whether the table refused the row, such as one with a duplicate key. An error of the file would befall
+/// every row after it too.
+bool IsRefusal(const platform::Error& error) {
+    return std::find(FileErrors.begin(), FileErrors.end(), error.Number) == FileErrors.end();
+}
+
 class ExportRun {
   public:
     ExportRun(catalogue::InterfaceState& state, platform::WindowServices& window, std::u16string tableName)
-        : mState(state), mWindow(window), mTableName(std::move(tableName)), mFiles(state.TableFiles) {}
+        : mState(state),
+          mWindow(window),
+          mTableName(std::move(tableName)),
+          mFiles(state.TableFiles),
+          mMap(state.LogicalMapRecordset) {}
 
     void SetUp();
 
@@ -61,19 +81,21 @@ class ExportRun {
     bool IndexColumnExceedsEnd();
     void Advance();
     void TestKey();
-    bool IsCancelled();
+    bool CancelIsRequested();
     std::int32_t HighestDataRecord() const;
 
     catalogue::InterfaceState& mState;
     platform::WindowServices& mWindow;
     const std::u16string mTableName;
     const catalogue::TableFileSlots mFiles;
+    const std::shared_ptr<dao::Recordset> mMap;  // on the table's row
 
     std::optional<KeyRange> mKey;        // a keyed run
     std::optional<StatusRange> mStatus;  // a run by record number
     std::int32_t mRecordNumber = 0;
     std::int32_t mProgressCount = 0;
     bool mMore = false;
+    bool mIsCancelled = false;
 
     std::shared_ptr<dao::Recordset> mTarget;
     std::optional<TargetRow> mRow;
@@ -87,7 +109,7 @@ class ExportRun {
 void ExportRun::SetUp() {
     dao::Recordset& indexDefinition = *mState.IndexDefinitionRecordset;
     indexDefinition.SetIndex(u"PrimaryKey");
-    indexDefinition.Seek("=", mState.LogicalMapRecordset->Fields(u"LogicalIndex").GetValue());
+    indexDefinition.Seek("=", mMap->Fields(u"LogicalIndex").GetValue());
     if (indexDefinition.NoMatch()) {
         StartByRecordNumber();
     } else {
@@ -100,46 +122,47 @@ void ExportRun::SetUp() {
 
 /// `TotalRecords` keeps what the last ticking found.
 void ExportRun::StartByRecordNumber() {
-    dao::Recordset& map = *mState.LogicalMapRecordset;
-    mStatus = StatusRange{.StartingStatus = catalogue::LongOf(map, u"StartingStatus"),
-                          .EndingStatus = catalogue::LongOf(map, u"EndingStatus"),
+    mStatus = StatusRange{.StartingStatus = catalogue::LongOf(*mMap, u"StartingStatus"),
+                          .EndingStatus = catalogue::LongOf(*mMap, u"EndingStatus"),
                           .LastRecord = HighestDataRecord()};
     mRecordNumber = 1;
     mMore = mRecordNumber <= mStatus->LastRecord;
 }
 
 void ExportRun::StartByKey(dao::Recordset& indexDefinition) {
-    mState.CurrentKey = PackKey(indexDefinition);
-    const std::int32_t overrideEnd = catalogue::LongOf(indexDefinition, u"overrideEnd");
-    mKey =
-        KeyRange{.Decoder = FieldDecoder(KeyDescriptor(indexDefinition)),
-                 .EndValue = overrideEnd != 0 ? overrideEnd : catalogue::LongOf(indexDefinition, u"EndValue"),
-                 .IndexColumnName = mState.LogicalMapRecordset->Fields(u"IndexFieldinDataFile").GetValue()};
-
     engine::cBusinessBasic& engine = *engine::gEngine;
+    mState.CurrentKey = PackKey(indexDefinition);
     engine.KFind(mFiles[KeyFileSlot], mState.KeyBuffer, mState.CurrentKey, mRecordNumber, false);
     if (mRecordNumber < 0) mRecordNumber = platform::CheckedNegate(mRecordNumber);
-    mMore = true;
-    TestKey();
+
+    const FieldDecoder decoder(KeyDescriptor(indexDefinition));
+    const ColumnValue keyValue = decoder.Decode(mState.CurrentKey);
+    const std::int32_t overrideEnd = catalogue::LongOf(indexDefinition, u"overrideEnd");
+    mKey = KeyRange{
+        .Decoder = decoder,
+        .EndValue = overrideEnd != 0 ? overrideEnd : catalogue::LongOf(indexDefinition, u"EndValue")};
+    mMore = !Exceeds(keyValue, mKey->EndValue);
     mState.TotalRecords =
         mFiles[KeyFileSlot] ? engine.KCount(mFiles[KeyFileSlot], true) : HighestDataRecord();
 }
 
 bool ExportRun::CopyRecords() {
     while (mRecordNumber >= 1 && mMore) {
-        if (IsCancelled()) return false;
+        if (CancelIsRequested()) return false;
         mProgressCount = platform::CheckedAdd(mProgressCount, 1);
         mWindow.SetProgress(mProgressCount, mState.TotalRecords);
         if (BuildRecord() && StatusIsSelected() && !WriteRow()) return true;
-        if (mState.CancelRequested) return false;  // in the middle of a chain without end
+        if (mIsCancelled) return false;  // in the middle of a chain without end
         Advance();
     }
     return true;
 }
 
-bool ExportRun::IsCancelled() {
+/// The request is looked at where events are handled, and nowhere else.
+bool ExportRun::CancelIsRequested() {
     mWindow.Yield();
-    return mState.CancelRequested;
+    mIsCancelled = mState.CancelRequested;
+    return mIsCancelled;
 }
 
 /// Fills `CurrentRecord`; false when the record in hand gives no row.
@@ -156,7 +179,7 @@ bool ExportRun::BuildRecord() {
 bool ExportRun::TakeDetailLine() {
     if (mRemainingLines <= 0) {
         ExpandInvoiceDetail(mFiles[FirstDataSlot], mRecordNumber, mDetailLines,
-                            [this] { return IsCancelled(); });
+                            [this] { return CancelIsRequested(); });
         mRemainingLines = mDetailLines.Count();
         mLineIndex = 0;
         if (mRemainingLines == 0) return false;
@@ -189,14 +212,15 @@ bool ExportRun::WriteRow() {
     if (mKey && IndexColumnExceedsEnd()) return false;
     try {
         mTarget->Update();
-    } catch (const platform::Error&) {
-        // The rules drop a row that the table rejects, such as a duplicate key, and go on.
+    } catch (const platform::Error& error) {
+        if (!IsRefusal(error)) throw;  // a row that the table refuses is dropped, and the run goes on
     }
     return true;
 }
 
 bool ExportRun::IndexColumnExceedsEnd() {
-    if (mIndexColumn == nullptr) mIndexColumn = &mTarget->Fields(dao::ToText(mKey->IndexColumnName));
+    if (mIndexColumn == nullptr)
+        mIndexColumn = &mTarget->Fields(catalogue::TextOf(*mMap, u"IndexFieldinDataFile"));
     return Exceeds(mIndexColumn->GetValue(), mKey->EndValue);
 }
 

@@ -6,6 +6,7 @@
 #include "engine/built_ins.h"
 #include "engine/business_basic.h"
 #include "engine/field_codec.h"
+#include "platform/checked.h"
 #include "platform/error.h"
 
 namespace exporting {
@@ -120,15 +121,16 @@ class ChainExpansion {
 
 bool ChainExpansion::CollectHistoryChain(std::int32_t& Rec, const StopRequest& stopRequested) {
     std::int32_t total = 0;
-    for (std::int32_t read = 1;; ++read) {
+    for (std::int64_t read = 1;; ++read) {
         if (read > ChainRecords::LastSlot && stopRequested()) return false;
         const ByteString history = HistoryRecord(Rec);
         const std::int32_t sequence = engine::iUnpack('B', history, SequencePosition);
-        total += engine::iUnpack('B', history, LineCountPosition);
+        const std::int32_t lines = engine::iUnpack('B', history, LineCountPosition);
         const std::int32_t link = engine::iUnpack('K', history, LinkPosition);
         mChainRecords(sequence) = Rec;
         Rec = std::abs(link);
         if (sequence > mChainRecords(0)) mChainRecords(0) = sequence;
+        total = platform::CheckedAdd(total, lines);
         if (sequence == 1) break;
     }
     mChainRecords(ChainRecords::LastSlot) = total;

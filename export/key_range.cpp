@@ -4,6 +4,7 @@
 #include "catalogue/row_fields.h"
 #include "engine/business_basic.h"
 #include "engine/field_codec.h"
+#include "export/end_value.h"
 #include "platform/code_page.h"
 #include "platform/error.h"
 #include "platform/numbers.h"
@@ -143,10 +144,12 @@ ByteString PackKey(dao::Recordset& Item) {
     if (size < 0) throw platform::Error(platform::InvalidArgument);
     ByteString key(static_cast<std::size_t>(size), '\0');
 
-    const int column = LongOf(Item, u"overrideStart") > 0 ? OverrideStartColumn : StartValueColumn;
-    const std::u16string type = TextOf(Item, u"DataType");
-    if (type != u"U" && type != u"I") return key;
-    const std::string_view opcodes = type == u"U" ? catalogue::UnsignedOpcodes : catalogue::SignedOpcodes;
+    const bool isChosen = Exceeds(Item.Fields(u"overrideStart").GetValue(), 0);
+    const int column = isChosen ? OverrideStartColumn : StartValueColumn;
+    const dao::Value type = Item.Fields(u"DataType").GetValue();
+    const bool isUnsigned = type == dao::Value(u"U");
+    if (!isUnsigned && type != dao::Value(u"I")) return key;
+    const std::string_view opcodes = isUnsigned ? catalogue::UnsignedOpcodes : catalogue::SignedOpcodes;
     ByteString opcode(platform::Mid(opcodes, size, 1));
     engine::Pack(opcode, key, dao::ToLong(Item.Fields(column).GetValue()), 1);
     return key;

@@ -51,7 +51,10 @@ class RangeDialog {
 void x_SelectedTable_Click(catalogue::InterfaceState& state, catalogue::TableList& list,
                            platform::WindowServices& window, RangeDialog& dialog, std::int16_t Index);
 
-/// The key (`Size` bytes) at which the export of the positioned `LogicalIndexDefinition` row starts.
+/// The key (`Size` bytes) at which the export of the positioned `LogicalIndexDefinition` row starts: the
+/// operator's or the catalogue's start of a `U` or `I` key, zero bytes for any other type or none. Raises 5
+/// for a negative size, and of a `U` or `I` key 5 or 100 "Pack" for a size of 0 or above 4 and 94, 13 or 6
+/// for a start that is no 32-bit integer.
 platform::ByteString PackKey(dao::Recordset& Item);
 
 }  // namespace exporting

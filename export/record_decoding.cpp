@@ -81,11 +81,14 @@ std::int32_t FieldDecoder::Integer(std::string_view opcodes, const ByteString& R
     return engine::Unpack(opcode, Rec, mStart);
 }
 
-/// The power of ten leaves a double's range at 309 decimals, and vanishes at -324.
+/// The power of ten leaves a double's range at 309 decimals, and vanishes at -324. Zero divided by zero is an
+/// overflow too.
 double FieldDecoder::Scaled(std::int32_t value) const {
     if (std::isinf(mPower)) throw platform::Error(platform::Overflow);
-    if (mPower == 0) throw platform::Error(platform::DivisionByZero);
-    return value / mPower;
+    if (mPower == 0) throw platform::Error(value == 0 ? platform::Overflow : platform::DivisionByZero);
+    const double scaled = value / mPower;
+    if (std::isinf(scaled)) throw platform::Error(platform::Overflow);
+    return scaled;
 }
 
 ByteString FieldDecoder::Flag(const ByteString& Rec) const {

@@ -32,7 +32,8 @@ class FieldDecoder {
     /// The field's value in Rec. Raises 5 for a position or length that no text has, for an integer of
     /// less than one byte and for the signed reading beyond the record's end; 100 "UnPack" for an integer of
     /// more than four bytes; 31 "UnPack" for an integer that ends beyond the record; 6 for a bit number or
-    /// decimals out of range, 11 for decimals too far below 0.
+    /// decimals out of range and for a value that its decimals make too large, 11 for decimals too far below
+    /// 0.
     ColumnValue Decode(const ByteString& Rec) const;
 
   private:

@@ -11,33 +11,6 @@
 
 namespace {
 
-/// Keeps relations instead of writing them.
-class RelationsFake : public dao::Relations {
-  public:
-    std::vector<dao::Relation> Appended;
-
-    void Append(const dao::Relation& relation) override { Appended.push_back(relation); }
-    int Count() const override { return static_cast<int>(Appended.size()); }
-};
-
-/// A target database that takes relations and nothing else.
-class RelationTarget : public dao::Database {
-  public:
-    RelationsFake Taken;
-
-    std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view) override { return nullptr; }
-    std::shared_ptr<dao::TableDef> CreateTableDef(std::u16string_view) override { return nullptr; }
-    dao::TableDefs& TableDefs() override { throw platform::Error(platform::ObjectNotSet); }
-    std::shared_ptr<dao::Relation> CreateRelation(std::u16string_view name) override {
-        const auto relation = std::make_shared<dao::Relation>();
-        relation->Name = name;
-        return relation;
-    }
-    dao::Relations& Relations() override { return Taken; }
-    void Flush() override {}
-    void Close() override {}
-};
-
 class TargetBuilder : public test::CatalogueFixture {
   protected:
     TargetBuilder() {
@@ -153,31 +126,6 @@ TEST_F(TargetBuilder, NoRelationsAreMadeWhateverTheMenuSays) {
     State.EnforceReferentialIntegrity = true;
     Build();
     EXPECT_EQ(State.TargetDatabase->Relations().Count(), 0);
-}
-
-TEST_F(TargetBuilder, TheRelationStepMakesOneRelationOfEveryRun) {
-    Catalogue->AddRelation(u"First", u"T1", u"T2", 1, u"Number", u"Owner");
-    Catalogue->AddRelation(u"First", u"T1", u"T2", 1, u"Name", u"OwnerName");
-    Catalogue->AddRelation(u"Second", u"T2", u"T1", 0, u"Number", u"Number");
-    StartCatalogue();
-
-    for (const bool enforced : {false, true}) {
-        const auto target = std::make_shared<RelationTarget>();
-        State.TargetDatabase = target;
-        State.EnforceReferentialIntegrity = enforced;
-        catalogue::AppendRelations(State);
-
-        ASSERT_EQ(target->Taken.Count(), 2);
-        const dao::Relation& first = target->Taken.Appended[0];
-        EXPECT_EQ(first.Name, u"First");
-        EXPECT_EQ(first.Table, u"T1");
-        EXPECT_EQ(first.ForeignTable, u"T2");
-        EXPECT_EQ(first.Attributes, enforced ? 1 : 3);
-        ASSERT_EQ(first.Fields.size(), 2U);
-        EXPECT_EQ(first.Fields[1].Name, u"Name");
-        EXPECT_EQ(first.Fields[1].ForeignName, u"OwnerName");
-        EXPECT_EQ(target->Taken.Appended[1].Attributes, enforced ? 0 : 2);
-    }
 }
 
 }  // namespace
