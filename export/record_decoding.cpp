@@ -1,6 +1,7 @@
 #include "export/record_decoding.h"
 
 #include <cmath>
+#include <iterator>
 
 #include "catalogue/row_fields.h"
 #include "engine/built_ins.h"
@@ -77,7 +78,9 @@ ByteString FieldDecoder::Compressed(const ByteString& Rec) const {
 }
 
 std::int32_t FieldDecoder::Integer(std::string_view opcodes, const ByteString& Rec) const {
-    ByteString opcode(platform::Mid(opcodes, mLength, 1));
+    if (mLength >= 1 && mLength <= std::ssize(opcodes))
+        return engine::iUnpack(opcodes[static_cast<std::size_t>(mLength) - 1], Rec, mStart);
+    ByteString opcode(platform::Mid(opcodes, mLength, 1));  // raises, or is empty
     return engine::Unpack(opcode, Rec, mStart);
 }
 
