@@ -4,8 +4,11 @@ namespace test {
 
 using dao::FieldType;
 
-CatalogueBuilder::CatalogueBuilder(const std::filesystem::path& file)
-    : mDatabase(dao::CreateDatabase(file.string(), ";LANGID=0x0409;CP=1252;COUNTRY=0")) {
+CatalogueBuilder::CatalogueBuilder(const std::filesystem::path& file, const std::u16string& omitted)
+    : mDatabase(std::filesystem::exists(file)
+                    ? dao::OpenDatabase(file.string())
+                    : dao::CreateDatabase(file.string(), ";LANGID=0x0409;CP=1252;COUNTRY=0")),
+      mOmitted(omitted) {
     AddTable(u"VantoraFileDefinitions",
              {{u"TableName", FieldType::Text},
               {u"RowNumber", FieldType::Long},
@@ -62,9 +65,15 @@ CatalogueBuilder::CatalogueBuilder(const std::filesystem::path& file)
 void CatalogueBuilder::AddTable(const std::u16string& name, std::initializer_list<Column> columns,
                                 std::initializer_list<std::u16string> primaryKey) {
     const auto table = mDatabase->CreateTableDef(name);
-    for (const Column& column : columns) table->AppendField(table->CreateField(column.Name, column.Type));
+    for (const Column& column : columns) {
+        if (column.Name != mOmitted) table->AppendField(table->CreateField(column.Name, column.Type));
+    }
+    table->AppendField(table->CreateField(u"Remark", FieldType::Memo));
     mDatabase->TableDefs().Append(table);
     const auto appended = mDatabase->TableDefs().Item(name);
+    dao::Index further = appended->CreateIndex(u"Further");
+    further.Fields.push_back(appended->CreateField(*primaryKey.begin()));
+    appended->Indexes().Append(further);
     dao::Index index = appended->CreateIndex(u"PrimaryKey");
     index.SetPrimary(true);
     for (const std::u16string& column : primaryKey) index.Fields.push_back(appended->CreateField(column));
@@ -76,14 +85,14 @@ void CatalogueBuilder::AddRow(const std::u16string& table,
     const auto rows = mDatabase->OpenRecordset(table);
     rows->AddNew();
     for (const auto& [column, value] : values) {
-        if (!dao::IsNull(value)) rows->Fields(column).SetValue(value);
+        if (!dao::IsNull(value) && column != mOmitted) rows->Fields(column).SetValue(value);
     }
     rows->Update();
     rows->Close();
 }
 
 void CatalogueBuilder::AddField(const std::u16string& table, const std::u16string& name,
-                                const std::u16string& type, std::int32_t length, std::int32_t start,
+                                const dao::Value& type, const dao::Value& length, std::int32_t start,
                                 std::int32_t specifier) {
     AddRow(u"VantoraFileDefinitions", {{u"TableName", table},
                                        {u"RowNumber", ++mRowNumber},

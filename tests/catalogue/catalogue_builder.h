@@ -1,4 +1,5 @@
-// Makes a catalogue database row by row, with the tables, columns and indexes that the tool relies on.
+// Makes a catalogue database row by row, with the tables, columns and indexes that the tool relies on, and a
+// further column and index in every table.
 #pragma once
 
 #include <array>
@@ -22,30 +23,31 @@ struct MapRow {
     dao::Value TableHierarchy = std::u16string(u"Top Level");
     MapFiles Files = {};
     dao::Value LogicalIndex = {};
-    std::int32_t StartingStatus = 0;
+    dao::Value StartingStatus = 0;
     std::int32_t EndingStatus = 0;
     dao::Value IndexFieldinDataFile = {};
 };
 
 struct KeyRow {
     std::u16string Name = {};
-    std::u16string DataType = u"U";
-    std::int32_t Size = 2;
-    std::int32_t StartValue = 0;
-    std::int32_t EndValue = 0;
+    dao::Value DataType = u"U";
+    dao::Value Size = 2;
+    dao::Value StartValue = 0;
+    dao::Value EndValue = 0;
     std::int32_t overrideStart = 0;
     std::int32_t overrideEnd = 0;
 };
 
 class CatalogueBuilder {
   public:
-    explicit CatalogueBuilder(const std::filesystem::path& file);
+    /// In a new database, or in the one that stands at file. Columns of the name omitted are left out.
+    explicit CatalogueBuilder(const std::filesystem::path& file, const std::u16string& omitted = {});
     ~CatalogueBuilder() { mDatabase->Close(); }
     CatalogueBuilder(const CatalogueBuilder&) = delete;
     CatalogueBuilder& operator=(const CatalogueBuilder&) = delete;
 
-    void AddField(const std::u16string& table, const std::u16string& name, const std::u16string& type,
-                  std::int32_t length, std::int32_t start, std::int32_t specifier = 0);
+    void AddField(const std::u16string& table, const std::u16string& name, const dao::Value& type,
+                  const dao::Value& length, std::int32_t start, std::int32_t specifier = 0);
     void AddMap(const MapRow& row);
     void AddKey(const KeyRow& row);
     void AddIndexColumn(const std::u16string& table, const std::u16string& index, const std::u16string& field,
@@ -67,6 +69,7 @@ class CatalogueBuilder {
                 std::initializer_list<std::pair<std::u16string, dao::Value>> values);
 
     std::shared_ptr<dao::Database> mDatabase;
+    std::u16string mOmitted;
     std::int32_t mRowNumber = 0;  // keeps rows of one name in the order in which they were added
 };
 

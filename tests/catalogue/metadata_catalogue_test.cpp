@@ -99,8 +99,8 @@ TEST_F(MetadataCatalogue, EveryStartResetsTheRangeOverridesInTheFile) {
     State = {};
 
     EXPECT_EQ(RowsOf(CatalogueFile, u"LogicalIndexDefinition"),
-              (std::vector<std::string>{"PARTX|Key of PARTX|U|1|99|2|0|0", "AAA|Key of AAA|U|3|9|2|0|0",
-                                        "ZZZ|Key of ZZZ|I|0|0|4|0|0"}));
+              (std::vector<std::string>{"PARTX|Key of PARTX|U|1|99|2|0|0|-", "AAA|Key of AAA|U|3|9|2|0|0|-",
+                                        "ZZZ|Key of ZZZ|I|0|0|4|0|0|-"}));
 }
 
 TEST_F(MetadataCatalogue, FilesGoIntoTheSlotsOfTheirColumns) {

@@ -14,32 +14,6 @@ using test::Rows;
 
 class ExportRows : public test::PartsFixture {};
 
-TEST_F(ExportRows, ARejectedRowIsDropped) {
-    AddIndex("PARTX", {{Big(10, 2), 1}, {Big(20, 2), 2}, {Big(30, 2), 3}});
-    AddRecords("PARTF", {Part(1, 10, "A"), Part(1, 10, "TWICE"), Part(1, 30, "C")});
-    Catalogue->AddKey({.Name = u"PARTX", .EndValue = 40});
-    StartWithTarget();
-    Export(u"PARTS");
-    EXPECT_EQ(LastStatus(), "Complete");
-    EXPECT_EQ(RowsOfTarget(u"PARTS"), (Rows{Row(10, "A"), Row(30, "C")}));
-}
-
-TEST_F(ExportRows, AFieldThatFailsLeavesItsColumnNullAndNoOther) {
-    Catalogue->AddMap(
-        {.TableName = u"MIXED", .Files = {std::nullopt, u"PARTF"}, .StartingStatus = -9, .EndingStatus = 9});
-    Catalogue->AddField(u"MIXED", u"Beyond", u"U", 2, 16);
-    Catalogue->AddField(u"MIXED", u"No length", u"m", 0, 1);
-    Catalogue->AddField(u"MIXED", u"Empty", u"A", 4, 99);
-    Catalogue->AddField(u"MIXED", u"Character", u"X", 2, 5, 1);
-    Catalogue->AddField(u"MIXED", u"Bit", u"B", 1, 3, 31);
-    Catalogue->AddField(u"MIXED", u"Status", u"W", 2, 1);
-    AddFiveParts();
-    Catalogue->AddKey({.Name = u"X"});
-    StartWithTarget();
-    Export(u"MIXED");
-    EXPECT_EQ(RowsOfTarget(u"MIXED").at(4), "-|-|-|6|-|-1.0000");
-}
-
 TEST_F(ExportRows, AFieldWithoutAColumnIsLeftOut) {
     StartFiveParts();
     const auto rows = State.CatalogueDatabase->OpenRecordset(u"VantoraFileDefinitions");
