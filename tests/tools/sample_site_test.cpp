@@ -9,10 +9,8 @@
 
 #include "engine/field_codec.h"
 #include "platform/error.h"
-#include "platform/ole_date.h"
 #include "tests/support/expect_error.h"
 #include "tests/tools/site_fixture.h"
-#include "tools/sample_site/canonical_cell.h"
 
 namespace {
 
@@ -53,33 +51,6 @@ std::map<std::string, ManifestTable> ReadManifest(const fs::path& path) {
     return tables;
 }
 
-std::vector<std::string> Split(const std::string& line) {
-    std::vector<std::string> cells(1);
-    for (const char c : line) {
-        if (c == '\t') {
-            cells.emplace_back();
-        } else {
-            cells.back() += c;
-        }
-    }
-    return cells;
-}
-
-/// The rows of an expected table, each by column name.
-std::vector<std::map<std::string, std::string>> ReadExpected(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    std::string line;
-    std::getline(stream, line);
-    const std::vector<std::string> names = Split(line);
-    std::vector<std::map<std::string, std::string>> rows;
-    while (std::getline(stream, line)) {
-        const std::vector<std::string> cells = Split(line);
-        rows.emplace_back();
-        for (std::size_t i = 0; i < names.size(); ++i) rows.back()[names[i]] = cells.at(i);
-    }
-    return rows;
-}
-
 struct SiteCase {
     std::int64_t Records;
     std::uint64_t Seed;
@@ -94,8 +65,9 @@ class WrittenSite : public test::SiteFixture, public testing::WithParamInterface
         ASSERT_EQ(Tables.size(), 15U);
     }
 
-    std::vector<std::map<std::string, std::string>> Expected(const std::string& table) const {
-        return ReadExpected(Folder / "expected" / (table + ".tsv"));
+    std::int64_t ExpectedRows(const std::string& table) const {
+        const std::string lines = test::ReadBytes(Folder / "expected" / (table + ".tsv"));
+        return std::count(lines.begin(), lines.end(), '\n') - 1;
     }
 
     /// The records of the files under one number, one after the other.
@@ -103,11 +75,6 @@ class WrittenSite : public test::SiteFixture, public testing::WithParamInterface
         std::string record;
         for (const char* const file : files) record += engine::gEngine->LreadFile(std::string(file), number);
         return record;
-    }
-
-    static std::string Uncompressed(const std::string& record, std::int32_t position, std::int32_t length) {
-        std::string bytes(platform::Mid(record, position, length));
-        return engine::Ucm(bytes);
     }
 
     std::map<std::string, ManifestTable> Tables;
@@ -185,73 +152,8 @@ TEST_P(WrittenSite, FilesOfAContainerDoNotOverlap) {
     }
 }
 
-TEST_P(WrittenSite, CustomersComeBackFieldByFieldInTheOrderOfTheirKeys) {
-    const auto expected = Expected("CUSTOMERS");
-    const auto entries = Walk("CUSKEY");
-    ASSERT_EQ(entries.size(), expected.size());
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        const std::string record = Record({"CUSMST", "CUSADR"}, entries[i].Record);
-        auto row = expected[i];
-        const std::int32_t number = engine::iUnpack('D', record, 3);
-        ASSERT_EQ(entries[i].Key, record.substr(2, 3));
-        EXPECT_EQ(sample::LongCell(number), row["CustomerNumber"]);
-        EXPECT_EQ(Uncompressed(record, 6, 28), row["CustomerName"]);
-        EXPECT_EQ(sample::TextCell(platform::Mid(record, 34, 24)), row["ContactName"]);
-        const std::int64_t thousands = engine::iUnpack('L', record, 66);
-        EXPECT_EQ(thousands == 5'000'000 ? "" : sample::LongCell(thousands * 1'000), row["CreditLimit"]);
-        EXPECT_EQ(sample::CurrencyCell(std::int64_t{engine::iUnpack('L', record, 76)} * 100), row["Balance"]);
-        EXPECT_EQ(sample::DateCell(engine::gEngine->UnPackDate("J", record, 87).Calendar()), row["Opened"]);
-        EXPECT_EQ(sample::DateCell(engine::gEngine->UnPackDate("D", record, 89).Calendar()),
-                  row["LastPayment"]);
-        EXPECT_EQ(sample::DateCell(engine::gEngine->UnPackDate("R", record, 92).Calendar()),
-                  row["LastStatement"]);
-        EXPECT_EQ(Uncompressed(record, 203, 80), row["MailingAddress"]);
-    }
-}
-
-TEST_P(WrittenSite, HistoryChainsRunFromTheHighestSequenceNumberToOneAndBack) {
-    std::int64_t records = 0;
-    std::int64_t lines = 0;
-    for (const auto& entry : Walk("HISKEY")) {
-        std::int32_t next = entry.Record;
-        std::int32_t sequence = 0;
-        do {
-            const std::string record = Record({"HISTRY"}, next);
-            const std::int32_t found = engine::iUnpack('B', record, 115);
-            if (sequence != 0) {
-                ASSERT_EQ(found, sequence - 1);
-            }
-            ASSERT_EQ(record.substr(105, 4), entry.Key);
-            sequence = found;
-            next = std::abs(engine::iUnpack('K', record, 110));
-            lines += engine::iUnpack('B', record, 146);
-            ++records;
-        } while (sequence > 1);
-        ASSERT_EQ(next, entry.Record);
-    }
-    EXPECT_EQ(records, Tables["INVOICE_HISTORY"].Figures["recordsStored"]);
-    EXPECT_EQ(lines, Tables["INVOICE_HISTORY_DETAIL"].Figures["expectedRows"]);
-}
-
-TEST_P(WrittenSite, SupersessionRemarksAreGroupsOfThreeKeys) {
-    const auto entries = Walk("SUPKEY");
-    std::int64_t rows = 0;
-    for (std::size_t i = 0; i < entries.size(); ++rows) {
-        const std::string& key = entries[i].Key;
-        ASSERT_EQ(key.size(), 26U);
-        const std::size_t group = key[14] == 'Z' ? 3 : 1;
-        for (std::size_t j = 1; j < group; ++j) {
-            ASSERT_EQ(entries.at(i + j).Key.substr(0, 15), key.substr(0, 15));
-            ASSERT_EQ(entries[i + j].Key[15], static_cast<char>(j + 1));
-        }
-        i += group;
-    }
-    EXPECT_EQ(rows, Tables["SUPERCEDES"].Figures["expectedRows"]);
-}
-
 TEST_P(WrittenSite, ExpectedTablesHaveTheManifestsRowsAndSomeOfEveryKind) {
-    for (auto& [name, table] : Tables)
-        EXPECT_EQ(std::ssize(Expected(name)), table.Figures["expectedRows"]) << name;
+    for (auto& [name, table] : Tables) EXPECT_EQ(ExpectedRows(name), table.Figures["expectedRows"]) << name;
     auto& employees = Tables["EMPLOYEES"].Figures;
     EXPECT_EQ(employees["recordsStored"],
               employees["expectedRows"] + employees["outsideStatusRange"] + employees["refusedRepeatedKey"]);

@@ -3,7 +3,8 @@
 //
 // The lines of an invoice fill one or more history records, chained by record number: the key file points at
 // the one with the highest sequence number, each links to the next lower one, and sequence 1 ends the chain.
-// Lines are counted from sequence 1 upwards. A line of 44 bytes becomes bytes 9 to 52 of its detail record.
+// Lines are counted from sequence 1 upwards. A line of 44 bytes becomes bytes 9 to 52 of its detail record. A
+// record may count one line more than it holds; its detail record keeps the bytes of the line before.
 #pragma once
 
 namespace sample::history {

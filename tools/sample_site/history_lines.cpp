@@ -44,6 +44,21 @@ HistoryLine HistoryLineMaker::Make(RowContext& row, std::int64_t lineNumber, boo
     return {std::move(bytes), std::move(values)};
 }
 
+/// The export finds no bytes for it and treats those of the line before, as it left them, once more: the text
+/// of a remark has moved away, and of a rewritten line only zeros are left to split, and no plain type.
+HistoryLine HistoryLineMaker::Repeated(const HistoryLine& before, std::int64_t lineNumber,
+                                       bool rewritten) const {
+    HistoryLine line{{}, before.Row};
+    line.Row[mLineNumber] = lineNumber;
+    if (std::get<std::string>(line.Row[mLineType]) == RemarkType) {
+        line.Row[mDescription] = std::string();
+    } else if (rewritten) {
+        line.Row[mLineType] = std::string();
+        line.Row[mQuantity] = line.Row[mQuantityFactor] = std::int64_t{0};
+    }
+    return line;
+}
+
 ByteString HistoryLineMaker::Packed(const std::vector<FieldValue>& values) const {
     ByteString detail(history::DetailLength, '\0');
     for (std::size_t i = 0; i < values.size(); ++i) PackField(mDetail.Fields[i], values[i], detail);

@@ -11,7 +11,7 @@
 namespace sample {
 
 struct HistoryLine {
-    platform::ByteString Bytes;
+    platform::ByteString Bytes;   // none for a line that the record counts and does not hold
     std::vector<FieldValue> Row;  // in the order of the detail table's fields
 };
 
@@ -22,6 +22,9 @@ class HistoryLineMaker {
     /// The next line of the invoice in row, numbered from 1 on. The lines of a rewritten invoice keep their
     /// type as one plain character and their quantity, with its sign, where others keep their cost.
     HistoryLine Make(RowContext& row, std::int64_t lineNumber, bool rewritten) const;
+
+    /// The line that the record counts behind its last one, before, without holding it.
+    HistoryLine Repeated(const HistoryLine& before, std::int64_t lineNumber, bool rewritten) const;
 
   private:
     platform::ByteString Packed(const std::vector<FieldValue>& values) const;

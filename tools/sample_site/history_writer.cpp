@@ -23,11 +23,18 @@ constexpr std::int64_t InvoicesPerDeleted = 50;
 constexpr std::int64_t ReconciliationChances = 25;
 constexpr std::int64_t EmptyChances = 60;
 
-/// Records in the chain of invoice 1, 2, ..., over and over.
+constexpr std::int64_t RepeatChances = 4;
+
+/// Records in the chain of invoice 1, 2, ..., over and over; every so many invoices, from the fourth on, one
+/// has as many as a chain can number.
 constexpr std::array<std::int64_t, 10> ChainLengths{1, 2, 1, 1, 3, 1, 1, 1, 2, 1};
-constexpr std::array<std::int64_t, 7> TransactionTypes{1, 2, 3, 5, 11, 25, 26};
+constexpr std::int64_t LongChain = 199;
+constexpr std::int64_t InvoicesPerLongChain = 2000;
+constexpr std::int64_t FirstLongChain = 4;
+constexpr std::array<std::int64_t, 8> TransactionTypes{0, 1, 2, 3, 5, 11, 25, 26};
 
 std::int64_t ChainLength(std::int64_t ordinal) {
+    if (ordinal % InvoicesPerLongChain == FirstLongChain) return LongChain;
     return ChainLengths[static_cast<std::size_t>(ordinal - 1) % ChainLengths.size()];
 }
 
@@ -102,13 +109,12 @@ class HistoryWriter {
         const bool rewritten = ChooseType(values);
 
         ByteString head;
-        std::vector<FieldValue> headValues;
         std::int64_t lineNumber = 0;
         for (std::int64_t sequence = 1; sequence <= std::ssize(chain); ++sequence) {
             const auto place = chain.size() - static_cast<std::size_t>(sequence);
             values[mSequence] = sequence;
             values[mNextRecord] = LinkFrom(chain, place);
-            std::vector<HistoryLine> lines = MakeLines(chain.size() == 1, lineNumber, rewritten);
+            std::vector<HistoryLine> lines = MakeLines(chain.size(), lineNumber, rewritten);
             values[mLineCount] = static_cast<std::int64_t>(lines.size());
             head = Packed(values, lines);
             mFile.Put(chain[place], head);
@@ -137,11 +143,16 @@ class HistoryWriter {
         return isLast || mRandom.OneIn(3) ? -next : next;
     }
 
-    std::vector<HistoryLine> MakeLines(bool mayBeEmpty, std::int64_t& lineNumber, bool rewritten) {
+    /// A full record may count one line more than it holds. The longest chain does without: it has as many
+    /// lines as an export takes.
+    std::vector<HistoryLine> MakeLines(std::size_t chainLength, std::int64_t& lineNumber, bool rewritten) {
         std::int64_t count = mRandom.Between(1, history::LinesPerRecord);
-        if (mayBeEmpty && mRandom.OneIn(EmptyChances)) count = 0;
+        if (chainLength == 1 && mRandom.OneIn(EmptyChances)) count = 0;
+        const bool repeats = count == history::LinesPerRecord && mRandom.OneIn(RepeatChances);
         std::vector<HistoryLine> lines;
         for (; count > 0; --count) lines.push_back(mLineMaker.Make(mRow, ++lineNumber, rewritten));
+        if (repeats && chainLength < LongChain)
+            lines.push_back(mLineMaker.Repeated(lines.back(), ++lineNumber, rewritten));
         return lines;
     }
 
@@ -151,6 +162,7 @@ class HistoryWriter {
         for (std::size_t i = 0; i < values.size(); ++i) PackField(mSpec.Fields[i], values[i], record);
         int position = history::FirstLine;
         for (const HistoryLine& line : lines) {
+            if (line.Bytes.empty()) continue;
             platform::Put(record, position, line.Bytes);
             position += history::LineLength;
         }
