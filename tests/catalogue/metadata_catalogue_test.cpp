@@ -52,6 +52,29 @@ TEST_F(MetadataCatalogue, EveryRunOfRowsGivesOneBoxWithTheColourOfItsLastRow) {
     EXPECT_EQ(List.Caption(4), u"");
 }
 
+/// Made by the format's own engine; its format is kept, and its own tables stay.
+TEST_F(MetadataCatalogue, ADatabaseOfTheFormatsOwnEngineServesAsCatalogue) {
+    const char* const samples = std::getenv("VANTORA_SAMPLES");
+    if (samples == nullptr) GTEST_SKIP() << "VANTORA_SAMPLES does not name the folder of sample files";
+    for (const char* const sample : {"adox_jet4.mdb", "emptyJet4.mdb", "indexTestV2000.mdb"}) {
+        Catalogue.reset();
+        State = {};
+        std::filesystem::remove(CatalogueFile);
+        test::WriteBytes(CatalogueFile, test::ReadBytes(std::filesystem::path(samples) / sample));
+        Catalogue = std::make_unique<test::CatalogueBuilder>(CatalogueFile);
+        FillSmall();
+        Catalogue->AddMap({.TableName = u"A", .TableHierarchy = std::u16string(u"Mid-Level")});
+        Catalogue->AddKey({.Name = u"AAA", .overrideStart = 4});
+        StartCatalogue();
+        EXPECT_EQ(List.Caption(0), u"A") << sample;
+        EXPECT_EQ(List.Caption(1), u"PARTS") << sample;
+        State = {};
+        EXPECT_EQ(
+            RowsOf(CatalogueFile, u"LogicalIndexDefinition"),
+            (std::vector<std::string>{"PARTX|Key of PARTX|U|1|99|2|0|0|-", "AAA|Key of AAA|U|0|0|2|0|0|-"}));
+    }
+}
+
 TEST_F(MetadataCatalogue, ListedBoxesAreVisibleAndOtherwiseUntouched) {
     FillSmall();
     List.SetTicked(0, true);

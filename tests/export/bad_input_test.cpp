@@ -205,7 +205,18 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"NegativeKeySize", [](PartsSite& site) { site.Key.Size = -1; }, "PARTS 5", None},
         BadCase{"KeySizeOfNothing", [](PartsSite& site) { site.Key.Size = 0; }, "PARTS 5", None},
         BadCase{"KeySizeTooLarge", [](PartsSite& site) { site.Key.Size = 5; }, "PARTS 100", None},
-        BadCase{"NoSuchKeyFile", [](PartsSite& site) { site.Parts.Files[0] = u"NOWHERE"; }, "PARTS 91", None},
+        BadCase{"NoSuchKeyFile",
+                [](PartsSite& site) {
+                    site.Parts.Files[0] = u"NOWHERE";
+                    site.Key.EndValue = {};  // read after the search
+                },
+                "PARTS 91", None},
+        BadCase{"NoIndexFieldAndNoRow",
+                [](PartsSite& site) {
+                    site.OmittedColumn = u"IndexFieldinDataFile";
+                    site.Key.EndValue = 5;
+                },
+                "", None},
         BadCase{"NoDataFile", [](PartsSite& site) { site.Stock.Files[1] = {}; }, "STOCK 91", Whole},
         BadCase{"FiveSlots",
                 [](PartsSite& site) {

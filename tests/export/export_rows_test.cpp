@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tests/export/parts_fixture.h"
+#include "tests/support/expect_error.h"
 
 namespace {
 
@@ -13,6 +14,66 @@ using test::Row;
 using test::Rows;
 
 class ExportRows : public test::PartsFixture {};
+
+/// A target table without columns that fails to take any row.
+class FailingRows : public dao::Recordset {
+  public:
+    explicit FailingRows(int number) : mNumber(number) {}
+
+    int Begun = 0;
+
+    void AddNew() override { ++Begun; }
+    void Update() override { throw platform::Error(mNumber, "", ""); }
+    dao::RecordsetField& Fields(std::u16string_view) override { throw platform::Error(3265, "", ""); }
+    dao::RecordsetField& Fields(int) override { throw platform::Error(3265, "", ""); }
+    void SetIndex(std::u16string_view) override {}
+    void MoveFirst() override {}
+    void MoveNext() override {}
+    bool AtEnd() const override { return true; }
+    void Seek(std::string_view, std::span<const dao::Value>) override {}
+    bool NoMatch() const override { return true; }
+    void Edit() override {}
+    int FieldCount() const override { return 0; }
+    std::int32_t RecordCount() const override { return 0; }
+    void Close() override {}
+
+  private:
+    int mNumber;
+};
+
+/// A target database with that table alone.
+class FailingTarget : public dao::Database {
+  public:
+    explicit FailingTarget(std::shared_ptr<FailingRows> rows) : mRows(std::move(rows)) {}
+
+    std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view) override { return mRows; }
+    std::shared_ptr<dao::TableDef> CreateTableDef(std::u16string_view) override { return nullptr; }
+    dao::TableDefs& TableDefs() override { throw platform::Error(platform::ObjectNotSet); }
+    std::shared_ptr<dao::Relation> CreateRelation(std::u16string_view) override { return nullptr; }
+    dao::Relations& Relations() override { throw platform::Error(platform::ObjectNotSet); }
+    void Flush() override {}
+    void Close() override {}
+
+  private:
+    std::shared_ptr<FailingRows> mRows;
+};
+
+TEST_F(ExportRows, ARefusedRowIsDroppedAndAnErrorOfTheFileEndsTheRun) {
+    StartFiveParts();
+    for (const int refusal : {3022, 3036, 3047, 3058, 3163}) {
+        const auto rows = std::make_shared<FailingRows>(refusal);
+        State.TargetDatabase = std::make_shared<FailingTarget>(rows);
+        Export(u"STOCK");
+        EXPECT_EQ(rows->Begun, 2) << refusal;
+        EXPECT_EQ(LastStatus(), "Complete");
+    }
+    for (const int failure : {3026, 3040, 3043, platform::DiskFull, platform::DeviceIoError}) {
+        const auto rows = std::make_shared<FailingRows>(failure);
+        State.TargetDatabase = std::make_shared<FailingTarget>(rows);
+        EXPECT_EQ(test::ErrorOf([this] { Export(u"STOCK"); }).Number, failure);
+        EXPECT_EQ(rows->Begun, 1) << failure;
+    }
+}
 
 TEST_F(ExportRows, AFieldWithoutAColumnIsLeftOut) {
     StartFiveParts();

@@ -120,11 +120,6 @@ TEST_F(InvoiceDetail, TheTypeOfASignedLineIsCompressedFromItsFirstByte) {
     EXPECT_EQ(Part(Lines.Line(1), 9, 2), Compressed("Q", 2));
 }
 
-TEST_F(InvoiceDetail, AnOrdinaryLineKeepsItsType) {
-    Expand({{.Type = 6, .Lines = {InvoiceLine("ABC", "")}}}, 1);
-    EXPECT_EQ(Part(Lines.Line(1), 9, 2), Compressed("ABC", 2));
-}
-
 TEST_F(InvoiceDetail, AChainWithoutLinesGivesNone) {
     Lines.Add("left over");
     Expand({{.Sequence = 2, .Link = 2}, {.Sequence = 1, .Link = 9}}, 1);

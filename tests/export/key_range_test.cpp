@@ -130,17 +130,8 @@ TEST_F(KeyRange, ABoxThatHoldsNoNumberRaises) {
     EXPECT_EQ(leave(RangeBox::End, "20", "99999999999"), platform::Overflow);
 }
 
-TEST_F(KeyRange, TheDialogShowsTheCataloguesRange) {
-    dao::Recordset& row = Row({.Name = u"PARTX", .StartValue = -10, .EndValue = 999, .overrideStart = 5});
-    const exporting::RangeTexts texts = exporting::CatalogueRange(row, u"PARTS");
-    EXPECT_EQ(texts.FileDescription, "PARTS");
-    EXPECT_EQ(texts.FieldDescription, "Key of PARTX");
-    EXPECT_EQ(texts.Start, "-10");
-    EXPECT_EQ(texts.End, "999");
-}
-
 struct PackCase {
-    std::u16string Type;
+    dao::Value Type;
     std::int32_t Size;
     std::int32_t StartValue;
     std::int32_t OverrideStart;
@@ -153,7 +144,7 @@ TEST_F(KeyRange, TheStartKeyIsTheOperatorsOrTheCataloguesStart) {
         {u"U", 2, 7, -300, Bytes("\x00\x07")},  {u"I", 3, -2, 0, Bytes("\xFF\xFF\xFE")},
         {u"I", 4, -2, 1, Bytes("\0\0\0\x01")},  {u"U", 1, 300, 0, Bytes("\x2C")},
         {u"A", 5, 7, 300, Bytes("\0\0\0\0\0")}, {u"u", 2, 7, 0, Bytes("\0\0")},
-        {u"C", 0, 7, 0, ByteString()},
+        {u"C", 0, 7, 0, ByteString()},          {dao::Value(), 1, 7, 0, Bytes("\0")},
     };
     const auto nameOf = [](std::size_t number) {
         return u"KEY" + std::u16string(1, char16_t(u'A' + number));
@@ -183,6 +174,8 @@ TEST_F(KeyRange, TickingAKeyedTableOffersItsRangeAndShowsTheChoice) {
     Click(u"PARTS");
     ASSERT_EQ(Dialog.Shown.size(), 1U);
     EXPECT_EQ(Dialog.Shown[0].FileDescription, "PARTS");
+    EXPECT_EQ(Dialog.Shown[0].FieldDescription, "Key of PARTX");
+    EXPECT_EQ(Dialog.Shown[0].Start + " to " + Dialog.Shown[0].End, "1 to 999");
     EXPECT_EQ(State.TotalRecords, 3);
     EXPECT_EQ(List.At(0).ToolTip, "Total Records to process:  3   Selected Range:  100 to  200");
 }
@@ -226,6 +219,10 @@ TEST_F(KeyRange, AKeyFileThatTheCatalogueDoesNotDescribeLeavesTheToolTip) {
 TEST_F(KeyRange, ATableWithoutAnyFileCannotBeCounted) {
     StartSite();
     EXPECT_EQ(test::ErrorOf([this] { Click(u"EMPTY"); }).Number, platform::ObjectNotSet);
+    Click(u"PARTS");
+    EXPECT_EQ(test::ErrorOf([this] { Click(u"Parts"); }).Number, platform::ObjectNotSet)
+        << "a name of other letter case opens no file, and none is left of the table before";
+    EXPECT_EQ(Window.Messages.size(), 1U);
 }
 
 }  // namespace

@@ -169,6 +169,7 @@ TEST_F(RecordDecoding, WhatCannotBeDecodedRaises) {
         {u"B", 1, 1, 31, 6, "", overflow},
         {u"B", 1, 1, 5000, 6, "", overflow},
         {u"I", 1, 1, 309, 6, "", overflow},
+        {u"U", 1, 4, -305, 6, "", overflow},
         {u"U", 1, 1, -400, 11, "", platform::RunTimeErrorText(platform::DivisionByZero)},
     };
     for (const FailureCase& each : cases) {

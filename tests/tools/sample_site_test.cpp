@@ -92,20 +92,6 @@ TEST_P(WrittenSite, EveryKeyFileHoldsTheManifestsEntriesInAscendingOrder) {
     }
 }
 
-TEST_P(WrittenSite, EveryEntryPointsAtAnActiveRecordOfItsOwn) {
-    for (const auto& [name, table] : Tables) {
-        if (table.KeyFile.empty() || table.DataFiles.empty()) continue;
-        std::set<std::int32_t> records;
-        for (const auto& entry : Walk(table.KeyFile)) records.insert(entry.Record);
-        EXPECT_EQ(std::ssize(records), table.Figures.at("entries")) << name;
-        for (const auto& [file, length] : table.DataFiles) {
-            for (const std::int32_t record : records)
-                ASSERT_GT(engine::iUnpack('J', Record({file.c_str()}, record), 1), 0)
-                    << file << " " << record;
-        }
-    }
-}
-
 TEST_P(WrittenSite, DataFilesHaveTheManifestsCountsAndDeletedChains) {
     for (const auto& [name, table] : Tables) {
         for (const auto& [fileName, length] : table.DataFiles) {
