@@ -116,28 +116,6 @@ TEST_P(WrittenSite, DataFilesHaveTheManifestsCountsAndDeletedChains) {
     }
 }
 
-TEST_P(WrittenSite, FilesOfAContainerDoNotOverlap) {
-    std::map<std::string, std::map<std::int32_t, std::int64_t>> extents;  // first block to block behind
-    for (const auto& [name, table] : Tables) {
-        std::vector<std::string> files;
-        if (!table.KeyFile.empty()) files.push_back(table.KeyFile);
-        for (const auto& [file, length] : table.DataFiles) files.push_back(file);
-        for (const std::string& fileName : files) {
-            const auto file = Opened(fileName);
-            const std::int64_t bytes = (std::int64_t{file->LastRecord} + 1) * file->RecordLength;
-            extents[file->OpenFile->Path][file->Position] = file->Position + (bytes + 511) / 512;
-        }
-    }
-    EXPECT_GE(extents.size(), 4U);
-    for (const auto& [container, files] : extents) {
-        std::int64_t free = 1;
-        for (const auto& [first, behind] : files) {
-            EXPECT_GE(first, free) << container;
-            free = behind;
-        }
-    }
-}
-
 TEST_P(WrittenSite, ExpectedTablesHaveTheManifestsRowsAndSomeOfEveryKind) {
     for (auto& [name, table] : Tables) EXPECT_EQ(ExpectedRows(name), table.Figures["expectedRows"]) << name;
     auto& employees = Tables["EMPLOYEES"].Figures;

@@ -5,7 +5,6 @@
 #include <charconv>
 
 #include "platform/code_page.h"
-#include "platform/error.h"
 
 namespace sample {
 
@@ -94,25 +93,6 @@ std::string DateCell(platform::CalendarDay day) {
     cell += '-';
     AppendTwoDigits(cell, day.Day);
     return cell;
-}
-
-std::string CanonicalCell(const dao::Value& value, dao::FieldType type) {
-    if (dao::IsNull(value)) return {};
-    switch (type) {
-        case dao::FieldType::Text:
-        case dao::FieldType::Memo:
-            return Escaped(platform::Utf8FromWide(std::get<std::u16string>(value)));
-        case dao::FieldType::Long:
-            return LongCell(std::get<std::int32_t>(value));
-        case dao::FieldType::Single:
-            return SingleCell(static_cast<float>(std::get<double>(value)));
-        case dao::FieldType::Currency:
-            return CurrencyCell(std::get<dao::Currency>(value).Scaled);
-        case dao::FieldType::Date:
-            return DateCell(std::get<platform::OleDate>(value).Calendar());
-        default:
-            throw platform::Error(platform::TypeMismatch);
-    }
 }
 
 std::uint32_t CellChecksum(std::string_view cell) {

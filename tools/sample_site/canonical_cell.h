@@ -17,8 +17,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/dao/table_def.h"
-#include "platform/dao/value.h"
 #include "platform/ole_date.h"
 
 namespace sample {
@@ -34,10 +32,6 @@ std::string SingleCell(float value);
 std::string CurrencyCell(std::int64_t scaled);
 
 std::string DateCell(platform::CalendarDay day);
-
-/// The cell of a value that was read from a column of that type: one of the types above. Raises 13 for any
-/// other type.
-std::string CanonicalCell(const dao::Value& value, dao::FieldType type);
 
 std::uint32_t CellChecksum(std::string_view cell);
 
