@@ -27,6 +27,7 @@ qsizetype CommonEnd(QStringView a, QStringView b) {
 /// Keys that put a character into the box or, as backspace, count as one.
 bool TypesNoDigit(const QKeyEvent& event) {
     if (event.key() == Qt::Key_Backspace) return true;
+    if (event.modifiers() == Qt::ControlModifier) return false;  // a command, such as paste
     const QString text = event.text();
     return !text.isEmpty() && text.front().isPrint() && !IsDigit(text.front());
 }

@@ -124,6 +124,7 @@ void fInterface::btnAction_Click(int Index) {
 }
 
 void fInterface::SelectDatabase() {
+    ++mSelections;
     mServices.EnableAction(SelectDatabaseButton, false);
     CloseTargetIgnoringErrors();
     mControls.txtDataBase->setText(CreateDatabaseDialog(mServices));
@@ -157,20 +158,38 @@ void fInterface::OpenTableList() {
     }
 }
 
+/// When Select DB was pressed meanwhile, errors only tell that the former target is closed. The flag is set
+/// again for the run further out, if this update was started in the middle of one.
 void fInterface::Update() {
+    const int selection = mSelections;
     mState.CancelRequested = false;
     mServices.EnableAction(SelectDatabaseButton, false);
     mServices.EnableAction(UpdateButton, false);
-    OfferCancel();
-    for (std::int16_t box = 0; box < BoxCount; ++box) {
-        if (mTables.Ticked(box)) ExportTable(box);
-        mTables.SetEnabled(box, false);
-        catalogue::EmptyTableFiles(mState);
+    try {
+        ExportTickedTables();
+    } catch (const platform::Error&) {
+        if (selection == mSelections) throw;
     }
+    if (selection == mSelections) FinishUpdate();
+    if (mHandlersRunning > 1) mState.CancelRequested = true;
+}
+
+void fInterface::FinishUpdate() {
     OfferCancel();
     if (!mState.TargetDatabase) throw platform::Error(platform::ObjectNotSet);
     mState.TargetDatabase->Close();
     mServices.EnableAction(SelectDatabaseButton, true);
+}
+
+void fInterface::ExportTickedTables() {
+    const int selection = mSelections;
+    OfferCancel();
+    for (std::int16_t box = 0; box < BoxCount; ++box) {
+        if (mTables.Ticked(box)) ExportTable(box);
+        if (selection != mSelections) return;
+        mTables.SetEnabled(box, false);
+        catalogue::EmptyTableFiles(mState);
+    }
 }
 
 /// Each completed table disables the button, but the update goes on.

@@ -3,7 +3,8 @@
 //
 // Everything runs on one thread. A run dispatches window events, so handlers can run inside one another: that
 // is how Cancel Update reaches a run. The window counts the handlers under way and releases its state when
-// the last one has ended.
+// the last one has ended. An update during which Select DB was pressed has lost its target: it ends where it
+// is and leaves buttons, boxes and the new target to whatever came after it.
 #pragma once
 
 #include <QMainWindow>
@@ -47,6 +48,8 @@ class fInterface : public QMainWindow {
     void CloseTargetIgnoringErrors();
     void OpenTableList();
     void Update();
+    void ExportTickedTables();
+    void FinishUpdate();
     void ExportTable(std::int16_t box);
     void OfferCancel();
     void CancelUpdate();
@@ -63,6 +66,7 @@ class fInterface : public QMainWindow {
     QtWindowServices mServices;
     QtRangeDialog mRangeDialog;
     int mHandlersRunning = 0;
+    int mSelections = 0;  // how often Select DB was pressed
     bool mIsClosed = false;
 };
 
