@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <optional>
 
 #include "engine/built_ins.h"
 #include "engine/business_basic.h"
@@ -99,9 +100,7 @@ class ChainExpansion {
     void Expand();
 
   private:
-    ByteString HistoryRecord(std::int32_t record) const {
-        return engine::gEngine->LreadFile(mHistoryFile, record, false);
-    }
+    const ByteString& HistoryRecord(std::int32_t record);
     void ReadHeader();
     void MakeTemplate(const ByteString& header);
     void AddLine(const ByteString& history, std::int32_t lineOfRecord);
@@ -112,6 +111,8 @@ class ChainExpansion {
     const std::shared_ptr<engine::cLogicalFile>& mHistoryFile;
     DetailLines& mDetailLines;
     ChainRecords mChainRecords;
+    std::optional<std::int32_t> mRecordRead;  // the one that mHistory holds
+    ByteString mHistory;
     std::int32_t mType = 0;
     ByteString mDescription;
     const ByteString mBlankDescription = CompressedBlanks(DescriptionBlanks);
@@ -119,11 +120,21 @@ class ChainExpansion {
     ByteString mTemplate;
 };
 
+/// Most chains are one record long: it is read once for its links, its header and its lines.
+const ByteString& ChainExpansion::HistoryRecord(std::int32_t record) {
+    if (mRecordRead != record) {
+        mRecordRead.reset();
+        mHistory = engine::gEngine->LreadFile(mHistoryFile, record, false);
+        mRecordRead = record;
+    }
+    return mHistory;
+}
+
 bool ChainExpansion::CollectHistoryChain(std::int32_t& Rec, const StopRequest& stopRequested) {
     std::int32_t total = 0;
     for (std::int64_t read = 1;; ++read) {
         if (read > ChainRecords::LastSlot && stopRequested()) return false;
-        const ByteString history = HistoryRecord(Rec);
+        const ByteString& history = HistoryRecord(Rec);
         const std::int32_t sequence = engine::iUnpack('B', history, SequencePosition);
         const std::int32_t lines = engine::iUnpack('B', history, LineCountPosition);
         const std::int32_t link = engine::iUnpack('K', history, LinkPosition);
@@ -141,7 +152,7 @@ void ChainExpansion::Expand() {
     ReadHeader();
     const std::int32_t highest = mChainRecords(0);
     for (std::int32_t sequence = 1; sequence <= highest; ++sequence) {
-        const ByteString history = HistoryRecord(mChainRecords(sequence));
+        const ByteString& history = HistoryRecord(mChainRecords(sequence));
         const std::int32_t lines = engine::iUnpack('B', history, LineCountPosition);
         for (std::int32_t line = 0; line < lines; ++line) AddLine(history, line);
     }
@@ -149,7 +160,7 @@ void ChainExpansion::Expand() {
 
 /// The record with the highest sequence number stands for the whole invoice.
 void ChainExpansion::ReadHeader() {
-    const ByteString header = HistoryRecord(mChainRecords(mChainRecords(0)));
+    const ByteString& header = HistoryRecord(mChainRecords(mChainRecords(0)));
     mType = engine::iUnpack('B', header, TypePosition);
     mDescription =
         engine::Trun(Expanded(Mid(header, DescriptionPosition, DescriptionLength)), RemoveControlCharacters);
