@@ -19,10 +19,6 @@ using Rows = std::vector<std::string>;
 class InvoiceExport : public test::ExportFixture {
   protected:
     InvoiceExport() {
-        Catalogue->AddMap({.TableName = u"INVOICE_HISTORY_DETAIL",
-                           .Files = {u"INVX", u"INVHST"},
-                           .LogicalIndex = std::u16string(u"INVX"),
-                           .IndexFieldinDataFile = std::u16string(u"Invoice")});
         Catalogue->AddKey({.Name = u"INVX", .Size = 4, .EndValue = 100});
         Catalogue->AddField(u"INVOICE_HISTORY_DETAIL", u"Invoice", u"U", 4, 3);
         Catalogue->AddField(u"INVOICE_HISTORY_DETAIL", u"Line", u"U", 2, 7);
@@ -32,7 +28,14 @@ class InvoiceExport : public test::ExportFixture {
     }
 
     void ExportHistory(const std::vector<HistoryRecord>& records,
-                       const std::vector<test::KeyAndPointer>& entries) {
+                       const std::vector<test::KeyAndPointer>& entries,
+                       const std::u16string& logicalIndex = u"INVX") {
+        Catalogue->AddMap({.TableName = u"INVOICE_HISTORY_DETAIL",
+                           .Files = {u"INVX", u"INVHST"},
+                           .LogicalIndex = logicalIndex,
+                           .StartingStatus = 1,
+                           .EndingStatus = 1,
+                           .IndexFieldinDataFile = std::u16string(u"Invoice")});
         std::vector<ByteString> bytes;
         for (const HistoryRecord& record : records) bytes.push_back(record.Bytes());
         AddRecords("INVHST", bytes);
@@ -60,6 +63,15 @@ TEST_F(InvoiceExport, AChainWhoseLastLinkIsZeroEndsTheRunAfterTheLineInHand) {
                   {{Big(7, 4), 1}, {Big(9, 4), 2}});
     EXPECT_EQ(LastStatus(), "Complete");
     EXPECT_EQ(RowsOfTarget(u"INVOICE_HISTORY_DETAIL"), Rows{"7|1|A  "});
+}
+
+TEST_F(InvoiceExport, AWalkByRecordNumberGoesOnBehindTheLastLink) {
+    ExportHistory({{.Link = 2, .Invoice = 7, .Lines = {InvoiceLine("A", ""), InvoiceLine("B", "")}},
+                   {.Invoice = 8, .Lines = {InvoiceLine("C", "")}},
+                   {.Link = 3, .Invoice = 9, .Lines = {InvoiceLine("D", "")}}},
+                  {{Big(7, 4), 1}}, u"NONE");
+    EXPECT_EQ(LastStatus(), "Complete");
+    EXPECT_EQ(RowsOfTarget(u"INVOICE_HISTORY_DETAIL"), (Rows{"7|1|A  ", "7|2|B  ", "9|1|D  "}));
 }
 
 TEST_F(InvoiceExport, AChainWithoutEndCanBeCancelled) {
