@@ -41,14 +41,20 @@ struct StatusRange {
     std::int32_t LastRecord;
 };
 
-/// Errors of the target's file: not enough space on the disk, and disk or network errors.
-constexpr std::array FileErrors{platform::DiskFull,
+// Numbers of data access that tell of the target's file, and not of a row.
+constexpr int NotEnoughSpace = 3026;
+constexpr int ReadOnlyDatabase = 3027;
+constexpr int DiskErrorInRead = 3040;
+constexpr int DiskOrNetworkError = 3043;
+
+constexpr std::array FileErrors{NotEnoughSpace,
+                                ReadOnlyDatabase,
+                                DiskErrorInRead,
+                                DiskOrNetworkError,
+                                platform::DiskFull,
                                 platform::DeviceIoError,
                                 platform::PermissionDenied,
-                                platform::PathFileAccess,
-                                3026,
-                                3040,
-                                3043};
+                                platform::PathFileAccess};
 
 /// Whether the table refused the row, such as one with a duplicate key. An error of the file would befall
 /// every row after it too.
@@ -135,11 +141,10 @@ void ExportRun::StartByKey(dao::Recordset& indexDefinition) {
     engine.KFind(mFiles[KeyFileSlot], mState.KeyBuffer, mState.CurrentKey, mRecordNumber, false);
     if (mRecordNumber < 0) mRecordNumber = platform::CheckedNegate(mRecordNumber);
 
-    const FieldDecoder decoder(KeyDescriptor(indexDefinition));
-    const ColumnValue keyValue = decoder.Decode(mState.CurrentKey);
+    const ColumnValue keyValue = UnpackKey(indexDefinition, mState.CurrentKey);
     const std::int32_t overrideEnd = catalogue::LongOf(indexDefinition, u"overrideEnd");
     mKey = KeyRange{
-        .Decoder = decoder,
+        .Decoder = FieldDecoder(KeyDescriptor(indexDefinition)),
         .EndValue = overrideEnd != 0 ? overrideEnd : catalogue::LongOf(indexDefinition, u"EndValue")};
     mMore = !Exceeds(keyValue, mKey->EndValue);
     mState.TotalRecords =
