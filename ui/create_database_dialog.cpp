@@ -7,6 +7,7 @@
 #include "platform/error.h"
 #include "platform/file.h"
 #include "platform/site.h"
+#include "ui/exec_modal.h"
 #include "ui/window_texts.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -27,7 +28,7 @@ QString ChosenPath(QWidget* parent) {
     dialog.setNameFilter(u"VB Databases (*.mdb) (*mdb)"_s);
     dialog.setDefaultSuffix(u"mdb"_s);
     dialog.selectFile(u"MyData"_s);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    if (ExecModal(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     return QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
 }
 

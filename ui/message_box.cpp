@@ -2,6 +2,7 @@
 
 #include <QMessageBox>
 
+#include "ui/exec_modal.h"
 #include "ui/window_texts.h"
 
 namespace ui {
@@ -12,7 +13,7 @@ void ShowMessageBox(const platform::Message& message, QWidget* parent) {
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     if (message.SystemModal) box.setWindowFlag(Qt::WindowStaysOnTopHint);
-    box.exec();
+    ExecModal(box);
     // The keys go back to where they were, also on a display without a window manager.
     if (parent != nullptr) parent->activateWindow();
 }

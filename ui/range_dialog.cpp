@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "ui/digit_box.h"
+#include "ui/exec_modal.h"
 #include "ui/window_texts.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -140,7 +141,7 @@ void fRange::done(int result) {
 
 void QtRangeDialog::ShowModal(dao::Recordset& row, const exporting::RangeTexts& texts) {
     fRange dialog(row, texts, mServices, mTrap, mServices.DialogParent());
-    dialog.exec();
+    ExecModal(dialog);
     mTrap.RethrowIfTripped();
 }
 

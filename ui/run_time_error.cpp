@@ -8,13 +8,15 @@ namespace ui {
 
 namespace {
 
+constexpr int DatabaseIsClosed = 3420;  // then there is nothing to write
+
 /// The error in hand matters more than one that writing the rest would raise.
 void FlushTarget(const catalogue::InterfaceState& state) {
     if (!state.TargetDatabase) return;
     try {
         state.TargetDatabase->Flush();
     } catch (const platform::Error& failure) {
-        std::fprintf(stderr, "%s\n", failure.what());
+        if (failure.Number != DatabaseIsClosed) std::fprintf(stderr, "%s\n", failure.what());
     }
 }
 

@@ -13,9 +13,11 @@
 
 #include "ui/background_picture.h"
 #include "ui/design_layout.h"
+#include "ui/path_box.h"
 #include "ui/status_panels.h"
 #include "ui/status_text_box.h"
 #include "ui/table_frame.h"
+#include "ui/window_icon.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -65,9 +67,8 @@ void AddDatabaseBox(InterfaceControls& controls, QWidget& form, DesignLayout& la
     caption->setFont(DesignFont(LabelPoints, true));
     layout.Place(caption, LabelPlace, DatabasePlace.top() - LabelPlace.top());
 
-    controls.txtDataBase = new QLineEdit(&form);
+    controls.txtDataBase = new PathBox(&form);
     NameTextBox(*controls.txtDataBase, u"txtDataBase"_s, u"Path of the target database"_s);
-    controls.txtDataBase->setReadOnly(true);
     layout.Place(controls.txtDataBase, DatabasePlace);
 }
 
@@ -123,6 +124,7 @@ void AddMenus(InterfaceControls& controls, QMainWindow& window) {
 InterfaceControls LayOutInterface(QMainWindow& window) {
     window.setObjectName(u"fInterface"_s);
     window.setWindowTitle(u"Vantora Database Explorer"_s);
+    window.setWindowIcon(WindowIcon());
     window.setFont(DesignFont(DesignPoints, false));
 
     InterfaceControls controls{};

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QPushButton>
 
+#include "ui/exec_modal.h"
 #include "ui/hex_display.h"
 #include "ui/message_box.h"
 #include "ui/status_text_box.h"
@@ -52,7 +53,7 @@ void QtWindowServices::RenderProgress() {
 
 void QtWindowServices::ShowHexDisplay(const std::string& text) {
     frmHexDisplay display(FromUtf8(text), DialogParent());
-    display.exec();
+    ExecModal(display);
     RethrowFailure();
 }
 
