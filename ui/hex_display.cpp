@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -22,7 +23,9 @@ frmHexDisplay::frmHexDisplay(const QString& text, QWidget* parent) : QDialog(par
     dump->setLineWrapMode(QPlainTextEdit::NoWrap);
     dump->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     const QFontMetrics metrics(dump->font());
-    dump->setMinimumSize(metrics.horizontalAdvance(u'0') * LineLength, metrics.lineSpacing() * VisibleLines);
+    const int edges = 2 * dump->frameWidth() + dump->verticalScrollBar()->sizeHint().width();
+    dump->setMinimumSize(metrics.horizontalAdvance(u'0') * LineLength + edges,
+                         metrics.lineSpacing() * VisibleLines + edges);
 
     auto* const cancel = new QPushButton(u"&Cancel"_s, this);
     cancel->setObjectName(u"b_Cancel"_s);

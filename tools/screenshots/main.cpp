@@ -45,8 +45,8 @@ class Photographer {
     void HexDisplay();
     void Save(const QString& name, const QPixmap& picture) const;
 
-    /// A dialog over what it stands above.
-    static QPixmap Above(QPixmap ground, QWidget& dialog);
+    /// A dialog over what it stands above, below pixels under the middle.
+    static QPixmap Above(QPixmap ground, QWidget& dialog, int below);
 
     const QString mFolder;
     const driver::MadeUpSite mSite{SiteRecords};
@@ -94,7 +94,7 @@ void Photographer::Ready() {
 void Photographer::RangeDialog() {
     mRobot.Expect([this](QWidget& dialog) {
         mRobot.OnMessage = [&](QWidget& message) {
-            Save(u"range"_s, Above(Above(mWindow->grab(), dialog), message));
+            Save(u"range"_s, Above(Above(mWindow->grab(), dialog, 0), message, dialog.height()));
         };
         auto* const start = dialog.findChild<QLineEdit*>(u"e_Start"_s);
         QTest::keyClicks(start, u"0"_s);
@@ -134,11 +134,11 @@ void Photographer::Updating() {
     mHands->Press(WindowDriver::Update);
 }
 
-QPixmap Photographer::Above(QPixmap ground, QWidget& dialog) {
+QPixmap Photographer::Above(QPixmap ground, QWidget& dialog, int below) {
     const QPixmap picture = dialog.grab();
     const QSizeF size = picture.deviceIndependentSize();
     const QRectF area(QPointF(0, 0), ground.deviceIndependentSize());
-    const QRectF place(area.center() - QPointF(size.width(), size.height()) / 2, size);
+    const QRectF place(area.center() - QPointF(size.width() / 2, size.height() / 2 - below), size);
     QPainter painter(&ground);
     painter.drawPixmap(place.topLeft(), picture);
     painter.setPen(dialog.palette().color(QPalette::Dark));

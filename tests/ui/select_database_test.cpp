@@ -1,0 +1,138 @@
+#include <QCheckBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <chrono>
+
+#include "platform/dao/database.h"
+#include "platform/file.h"
+#include "tests/ui/window_fixture.h"
+#include "ui/create_database_dialog.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using test::ModalRobot;
+using test::WindowDriver;
+
+class SelectDatabase : public test::WindowFixture {
+  protected:
+    void SetUp() override { Start(); }
+
+    /// Names an existing file in the dialog and agrees to overwriting it.
+    void SelectExisting(const QString& file) {
+        Robot.Expect([file](QWidget& dialog) {
+            static_cast<QFileDialog&>(dialog).setOption(QFileDialog::DontConfirmOverwrite);
+            ModalRobot::ChooseFile(file)(dialog);
+        });
+        Hands->Press(WindowDriver::SelectDb);
+    }
+};
+
+TEST_F(SelectDatabase, TheDialogProposesANewAccessDatabaseAndCanBeLeft) {
+    Robot.Expect([this](QWidget& widget) {
+        EXPECT_EQ(EnabledActions(), "") << "disabled while choosing";
+        const auto& dialog = static_cast<const QFileDialog&>(widget);
+        EXPECT_EQ(dialog.windowTitle(), u"Create Database"_s);
+        EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+        EXPECT_EQ(dialog.defaultSuffix(), u"mdb"_s);
+        EXPECT_FALSE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
+        EXPECT_EQ(dialog.nameFilters(), QStringList(u"VB Databases (*.mdb) (*mdb)"_s));
+        EXPECT_EQ(dialog.findChild<QLineEdit*>()->text(), u"MyData"_s);
+        ModalRobot::PressEscape(widget);
+    });
+    Hands->Press(WindowDriver::SelectDb);
+    EXPECT_EQ(Text(u"txtDataBase"_s), QString());
+    EXPECT_EQ(EnabledActions(), "Select DB");
+    EXPECT_FALSE(AnyBoxIsEnabledOrTicked());
+}
+
+TEST_F(SelectDatabase, CreatesEveryTableAndOpensTheList) {
+    Hands->SelectDatabase(Path("named"));
+    EXPECT_EQ(Text(u"txtDataBase"_s), Path("named.mdb"));
+    EXPECT_EQ(EnabledActions(), "Select DB, Update");
+    for (const QCheckBox* const box : Hands->ListedBoxes()) {
+        EXPECT_TRUE(box->isEnabled() && !box->isChecked());
+        EXPECT_NO_THROW(Window->State().TargetDatabase->OpenRecordset(box->text().toStdU16String()));
+    }
+}
+
+TEST_F(SelectDatabase, CancellingLaterClosesTheTargetAndLeavesTheRest) {
+    Hands->SelectDatabase(Target);
+    Hands->Click(u"TAX_CODES"_s);
+    Robot.Expect(ModalRobot::PressEscape);
+    Hands->Press(WindowDriver::SelectDb);
+    EXPECT_EQ(Text(u"txtDataBase"_s), QString());
+    EXPECT_EQ(EnabledActions(), "Select DB, Update");
+    EXPECT_TRUE(Hands->Box(u"TAX_CODES"_s).isChecked());
+    EXPECT_THROW(Window->State().TargetDatabase->Close(), platform::Error);
+}
+
+TEST_F(SelectDatabase, AFileThatStandsThereIsReplacedUnlessItIsInUse) {
+    const fs::path file = Target.toStdString();
+    test::WriteBytes(file, "not a database");
+    {
+        const auto user = platform::File::Open(file.string(), platform::File::Mode::ReadWrite);
+        ASSERT_TRUE(user->TryLock(platform::File::Lock::Shared));
+        SelectExisting(Target);
+    }
+    const std::vector<ModalRobot::SeenMessage> refusal{
+        {u"Could not Create file: " + Target, u"Vantora Database Explorer"_s, true}};
+    EXPECT_EQ(Robot.Messages, refusal);
+    EXPECT_EQ(Text(u"txtDataBase"_s), QString());
+    EXPECT_EQ(EnabledActions(), "Select DB");
+    EXPECT_EQ(test::ReadBytes(file), "not a database");
+
+    SelectExisting(Target);
+    EXPECT_EQ(EnabledActions(), "Select DB, Update");
+    EXPECT_GT(fs::file_size(file), 4096U);
+}
+
+TEST_F(SelectDatabase, SelectingAgainForgetsRangesAndTicks) {
+    Hands->SelectDatabase(Target);
+    QCheckBox& box = Hands->Box(u"INVOICES"_s);
+    for (const auto* const start : {u"2", u"1"}) {
+        if (start[0] == u'2') {
+            Robot.Expect([](QWidget& dialog) {
+                QTest::keyClicks(dialog.findChild<QLineEdit*>(u"e_Start"_s), u"2"_s);
+                ModalRobot::PressOk(dialog);
+            });
+        }
+        Hands->Click(u"INVOICES"_s);
+        EXPECT_TRUE(box.toolTip().contains(u"Selected Range:  " + QString::fromUtf16(start) + u" to "))
+            << qPrintable(box.toolTip());
+        Hands->SelectDatabase(Path("second.mdb"));
+        EXPECT_FALSE(box.isChecked());
+        EXPECT_EQ(box.toolTip(), QString());
+        fs::remove(Path("second.mdb").toStdString());
+    }
+}
+
+// Access keeps a lock file beside a database as long as somebody has it open.
+TEST(FormerDatabase, IsDeletedUnlessItIsInUse) {
+    using namespace std::chrono_literals;
+    const test::ScratchFolder scratch;
+    const fs::path database = scratch / "a.mdb";
+    const fs::path lockFile = scratch / "a.ldb";
+    EXPECT_TRUE(ui::DeleteFormerDatabase(database.string())) << "none is as good as deleted";
+    test::WriteBytes(database, "x");
+    test::WriteBytes(lockFile, "x");
+    fs::last_write_time(lockFile, fs::last_write_time(database) + 1s);
+    EXPECT_FALSE(ui::DeleteFormerDatabase(database.string())) << "a younger lock file";
+    fs::last_write_time(lockFile, fs::last_write_time(database) - 1s);
+    {
+        const auto user = platform::File::Open(lockFile.string(), platform::File::Mode::ReadWrite);
+        ASSERT_TRUE(user->TryLock(platform::File::Lock::Exclusive));
+        EXPECT_FALSE(ui::DeleteFormerDatabase(database.string())) << "a locked lock file";
+    }
+    EXPECT_TRUE(ui::DeleteFormerDatabase(database.string()));
+    EXPECT_FALSE(fs::exists(database));
+    fs::create_directory(database);
+    EXPECT_FALSE(ui::DeleteFormerDatabase(database.string())) << "a folder";
+}
+
+}  // namespace
