@@ -7,7 +7,6 @@
 #include "catalogue/metadata_catalogue.h"
 #include "platform/code_page.h"
 #include "tests/catalogue/catalogue_fixture.h"
-#include "tests/support/expect_error.h"
 
 namespace {
 
@@ -92,32 +91,6 @@ TEST_F(TargetBuilder, TheSchemaIsInTheFile) {
     State.TargetDatabase = dao::OpenDatabase(TargetFile.string());
     EXPECT_EQ(ColumnsOf(u"T1"), "Number:4 Name:10:30 ");
     EXPECT_EQ(IndexesOf(u"T1"), "Key primary unique (Number+ ) ");
-}
-
-TEST_F(TargetBuilder, AnUnknownTypeCodeStopsAfterTheTablesBeforeIt) {
-    Catalogue->AddField(u"T2", u"Strange", u"K", 3, 1);
-    Catalogue->AddIndexColumn(u"T1", u"Key", u"Number", true);
-    EXPECT_THROW(Build(), catalogue::StopRequested);
-    State.TargetDatabase->Close();
-    EXPECT_EQ(dao::OpenDatabase(TargetFile.string())->TableDefs().Names(),
-              (std::vector<std::u16string>{u"T1"}));
-}
-
-TEST_F(TargetBuilder, WhatTheCatalogueLacksEndsTheBuilding) {
-    constexpr int NoCurrentRecord = 3021;
-    constexpr int NotInCollection = 3265;
-    EXPECT_EQ(test::ErrorOf([this] { Build(); }).Number, NoCurrentRecord) << "no index rows at all";
-
-    std::filesystem::remove(TargetFile);
-    const auto rows = State.CatalogueDatabase->OpenRecordset(u"LogicalIndex");
-    rows->AddNew();
-    for (const char16_t* const column : {u"TableName", u"IndexName", u"FieldName"}) {
-        rows->Fields(column).SetValue(std::u16string(u"NOWHERE"));
-    }
-    rows->Fields(u"RowNumber").SetValue(std::int32_t{1});
-    rows->Update();
-    EXPECT_EQ(test::ErrorOf([this] { catalogue::BuildTargetDatabase(State, TargetFile.string()); }).Number,
-              NotInCollection);
 }
 
 TEST_F(TargetBuilder, NoRelationsAreMadeWhateverTheMenuSays) {

@@ -38,6 +38,7 @@ struct PartsSite {
     std::vector<std::string> Records{Big(1, 2) + Big(10, 2) + "A" + test::Nul(11),
                                      Big(1, 2) + Big(20, 2) + "B" + test::Nul(11)};
     std::u16string OmittedColumn;
+    std::u16string IndexedTable = u"PARTS";
 
     void AddColumn(const char16_t* type, std::int32_t length, std::int32_t start,
                    std::int32_t specifier = 0) {
@@ -72,7 +73,8 @@ class BadInput : public test::ExportFixture, public testing::WithParamInterface<
         for (const Field& field : site.Fields)
             Catalogue->AddField(field.Table, field.Name, field.Type, field.Length, field.Start,
                                 field.Specifier);
-        Catalogue->AddIndexColumn(u"PARTS", u"ByNumber", u"Number", true);
+        if (!site.IndexedTable.empty())
+            Catalogue->AddIndexColumn(site.IndexedTable, u"ByNumber", u"Number", true);
         AddRecords("PARTF", site.Records);
         AddRecords("SHORTF", {site.Records.front()});
         Site.AddFile("TINYF", 'L', 1, 20, Big(-2, 2) + Big(-1, 4) + Big(20, 4) + Big(20, 4) + test::Nul(20));
@@ -177,6 +179,9 @@ INSTANTIATE_TEST_SUITE_P(
                 "build 3271", None},
         BadCase{"RepeatedColumn", [](PartsSite& site) { site.Fields.push_back(site.Fields[2]); },
                 "build 3380", None},
+        BadCase{"NoIndexes", [](PartsSite& site) { site.IndexedTable = u""; }, "build 3021", None},
+        BadCase{"IndexOfNoTable", [](PartsSite& site) { site.IndexedTable = u"NOWHERE"; }, "build 3265",
+                None},
         BadCase{"NoPrimary", [](PartsSite& site) { site.OmittedColumn = u"Primary"; }, "build 3265", None}),
     NameOf);
 
