@@ -81,14 +81,24 @@ ByteString Crm(ByteString& Source) {
 
 ByteString Ucm(ByteString& Source) {
     if (Source.size() % BytesPerGroup != 0) Source += '\0';
-    ByteString text;
-    text.reserve(Source.size() / BytesPerGroup * CharactersPerGroup);
+    return Ucm(std::string_view(Source));
+}
+
+ByteString Ucm(std::string_view Source) {
+    const auto byteAt = [Source](std::size_t index) -> std::int32_t {
+        return index < Source.size() ? static_cast<std::uint8_t>(Source[index]) : 0;
+    };
+    // Written in place: appending one character at a time costs several times as much.
+    ByteString text((Source.size() + 1) / BytesPerGroup * CharactersPerGroup, '\0');
+    std::size_t length = 0;
     for (std::size_t start = 0; start < Source.size(); start += BytesPerGroup) {
-        const std::int32_t value = iUnpack('C', Source, static_cast<std::int32_t>(start + 1));
+        const std::int32_t value = byteAt(start) * 0x100 + byteAt(start + 1);
         for (const std::int32_t place : {value / (Radix * Radix), value / Radix % Radix, value % Radix}) {
-            text += platform::Mid(gCodeChars, place + 1, 1);
+            const auto index = static_cast<std::size_t>(place);
+            if (index < gCodeChars.size()) text[length++] = gCodeChars[index];
         }
     }
+    text.resize(length);
     return text;
 }
 

@@ -27,6 +27,9 @@ ByteString Crm(ByteString& Source);
 /// Source of odd length gets one zero byte at its end, for the caller too.
 ByteString Ucm(ByteString& Source);
 
+/// The same of bytes that stay as they are: an odd length is read as if the zero byte followed.
+ByteString Ucm(std::string_view Source);
+
 /// The 1-based position of the first Target in Source, letter case mattering; 0 when there is none.
 std::int32_t StrPos(std::string_view Source, std::string_view Target);
 

@@ -48,7 +48,7 @@ ByteString DottedAddress(const ByteString& computerName) {
     iPack('L', octets, static_cast<std::int32_t>(address), 1);
     ByteString dotted = platform::PlainDecimal(iUnpack('B', octets, 1));
     for (std::int32_t i = 2; i <= Octets; ++i)
-        dotted += "." + platform::PlainDecimal(iUnpack('B', octets, i));
+        dotted.append(".").append(platform::PlainDecimal(iUnpack('B', octets, i)));
     return dotted;
 }
 
@@ -86,9 +86,9 @@ cBusinessBasic::cBusinessBasic(platform::WindowServices& window) : mWindow(windo
     RequireShare(system.LinkShare(), window);
     system.ComputerName = WithoutTail(platform::ComputerName());
     system.IP = DottedAddress(system.ComputerName);
-    system.TerminalID = "0";
+    system.TerminalID.assign(1, '0');
     const auto lines = TerminalMapLines(system);
-    if (auto terminal = FindTerminal(lines, system.ComputerName, system.IP))
+    if (auto terminal = FindTerminal(lines, {system.ComputerName, platform::HostName()}, system.IP))
         system.TerminalID = std::move(*terminal);
     gLinks = std::make_unique<cLinks>();
     gOpenFiles = std::make_unique<cOpenFiles>();

@@ -51,17 +51,12 @@ std::int32_t TwoDigitYear(const CalendarDay& day) {
     return day.Year % YearsPerCentury;
 }
 
-/// The date that a number reads as in the pattern 00/00/00. Raises 13 when it is none.
+/// The date that a number reads as in the pattern 00/00/00; the null date when it is none.
 OleDate DateOfDigits(std::int32_t number) {
     constexpr std::int32_t LargestOfSixDigits = 999999;
     // Neither 00/00/00 nor more than six digits are a date; records that hold none are many.
     if (number == 0 || number > LargestOfSixDigits) return NullDate();
-    const std::int32_t month = number / 10000;
-    const std::int32_t day = number / 100 % 100;
-    const std::int32_t year = number % 100;
-    if (const auto date = platform::DateFromCalendar({platform::FullYear(year), month, day})) return *date;
-    const std::string text = std::to_string(month) + "/" + std::to_string(day) + "/" + std::to_string(year);
-    return platform::DateFromText(text);
+    return platform::DateFromNumbers(number / 10000, number / 100 % 100, number % 100).value_or(NullDate());
 }
 
 std::int32_t NumberOf(const StmaValue& value) {
@@ -109,7 +104,7 @@ void PackDate(std::string_view OpCode, ByteString& Data, std::int32_t Position, 
     }
 }
 
-OleDate UnPackDate(std::string_view OpCode, std::string_view Data, std::int32_t Position) {
+OleDate UnPackDate(std::string_view OpCode, std::string_view Data, std::int32_t Position) noexcept {
     constexpr std::int32_t MonthAndDay = 10000;
     try {
         if (IsDayCount(OpCode)) return DateOfDayNumber(iUnpack('C', Data, Position));

@@ -33,7 +33,7 @@ void PackDate(std::string_view OpCode, ByteString& Data, std::int32_t Position, 
 
 /// Reads a date at 1-based Position. Never raises: the null date for any other opcode, a bad position and an
 /// impossible date.
-platform::OleDate UnPackDate(std::string_view OpCode, std::string_view Data, std::int32_t Position);
+platform::OleDate UnPackDate(std::string_view OpCode, std::string_view Data, std::int32_t Position) noexcept;
 
 /// The statement of many purposes, by the code in Var1; any other code does nothing.
 ///   10  Var2 = 0 and a Var3 of four characters: these become the first four of gCodeChars

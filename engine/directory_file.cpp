@@ -1,10 +1,8 @@
 #include "engine/directory_file.h"
 
-#include <array>
-#include <span>
-
 #include "engine/built_ins.h"
 #include "engine/field_codec.h"
+#include "engine/fixed_entries.h"
 #include "platform/error.h"
 #include "platform/file.h"
 
@@ -27,18 +25,9 @@ DirectoryEntry Decoded(std::string_view entry) {
             iUnpack('C', entry, RecordLengthPosition)};
 }
 
-std::optional<DirectoryEntry> Search(const platform::File& directory, std::string_view bareName) {
-    constexpr std::size_t EntriesPerRead = 128;
-    std::array<char, EntryLength * EntriesPerRead> buffer{};
-    for (std::uint64_t offset = 0;; offset += buffer.size()) {
-        const std::size_t got = directory.ReadAt(offset, std::as_writable_bytes(std::span(buffer)));
-        for (std::size_t start = 0; start + EntryLength <= got; start += EntryLength) {
-            const std::string_view entry(buffer.data() + start, EntryLength);
-            if (WithoutTail(platform::Mid(entry, NamePosition, NameLength)) == bareName)
-                return Decoded(entry);
-        }
-        if (got < buffer.size()) return std::nullopt;
-    }
+bool IsNamed(std::string_view entry, std::string_view bareName) {
+    return entry.size() == EntryLength &&
+           WithoutTail(platform::Mid(entry, NamePosition, NameLength)) == bareName;
 }
 
 }  // namespace
@@ -46,7 +35,12 @@ std::optional<DirectoryEntry> Search(const platform::File& directory, std::strin
 std::optional<DirectoryEntry> FindDirectoryEntry(const ByteString& path, std::string_view bareName) {
     try {
         const auto directory = platform::File::Open(path, platform::File::Mode::ReadWriteOrCreate);
-        return Search(*directory, bareName);
+        std::optional<DirectoryEntry> found;
+        ForEachEntry(*directory, EntryLength, [&](std::string_view entry) {
+            if (IsNamed(entry, bareName)) found = Decoded(entry);
+            return !found;
+        });
+        return found;
     } catch (const platform::Error&) {
         return std::nullopt;
     }

@@ -1,6 +1,7 @@
 #include "engine/index_layout.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <string>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr std::string_view ExtendedMark = "09";
 
+constexpr std::int32_t WordLength = 2;
 constexpr std::int32_t EntryLengthPosition = 1;
 constexpr std::int32_t EntriesPerBlockPosition = 3;
 constexpr std::int32_t LastBlockPosition = 5;
@@ -26,13 +28,18 @@ constexpr std::int32_t RootPosition = 9;
 constexpr std::int32_t FillPosition = 11;
 constexpr std::int32_t DuplicateKeysPosition = 13;
 constexpr std::int32_t ExtendedMarkPosition = 15;
-constexpr std::int32_t RootHighBytePosition = 19;
+constexpr std::int32_t HighBytesPosition = 17;
 
 constexpr std::int32_t BlockCountPosition = 1;
 constexpr std::int32_t LeafLinkPosition = 3;
 constexpr std::int32_t LeafLinkHighBytePosition = 7;
 
 constexpr std::int32_t HighByte = 0x10000;
+
+/// Which of the header's words, from 0 on, stands at a position.
+constexpr std::size_t WordAt(std::int32_t position) {
+    return static_cast<std::size_t>((position - 1) / WordLength);
+}
 
 /// Where a byte of the current block stands in the work buffer.
 constexpr std::int32_t InBuffer(std::int32_t blockPosition) {
@@ -46,12 +53,16 @@ bool IsExtendedHeader(std::string_view header) {
 }
 
 IndexHeader ParseHeader(std::string_view header) {
-    IndexHeader parsed;
-    parsed.EntryLength = iUnpack('C', header, EntryLengthPosition);
-    parsed.Root = iUnpack('C', header, RootPosition);
-    parsed.DuplicateKeys = iUnpack('C', header, DuplicateKeysPosition) != 0;
-    if (IsExtendedHeader(header)) parsed.Root += iUnpack('B', header, RootHighBytePosition) * HighByte;
-    return parsed;
+    std::array<std::int32_t, WordAt(ExtendedMarkPosition) + 1> words{};
+    for (std::int32_t position = 1; position <= ExtendedMarkPosition; position += WordLength)
+        words[WordAt(position)] = iUnpack('C', header, position);
+    if (IsExtendedHeader(header)) {
+        std::int32_t high = HighBytesPosition;
+        for (const std::int32_t position : {LastBlockPosition, BlocksInUsePosition, RootPosition})
+            words[WordAt(position)] += iUnpack('B', header, high++) * HighByte;
+    }
+    return {words[WordAt(EntryLengthPosition)], words[WordAt(RootPosition)],
+            words[WordAt(DuplicateKeysPosition)] != 0};
 }
 
 ByteString EmptyIndexHeader(std::int32_t keyLength, std::int32_t lastBlock, bool duplicateKeys,
@@ -97,16 +108,14 @@ std::int32_t EntryShape::PositionOf(std::int32_t number) const {
 }
 
 EntryShape ShapeOf(std::string_view buff, bool extended) {
-    IndexHeader header;
-    header.EntryLength = iUnpack('C', buff, EntryLengthPosition);
-    header.DuplicateKeys = iUnpack('C', buff, DuplicateKeysPosition) != 0;
+    const IndexHeader header = ParseHeader(buff);
     return {header.EntryLength, header.KeyLength(extended), EntriesOffset(extended)};
 }
 
 IndexEntry FetchEntry(std::string_view buff, std::int32_t number, const EntryShape& shape) {
     const std::string_view key = platform::Mid(buff, shape.PositionOf(number), shape.KeyLength);
     const std::int32_t pointer = PointerOf(buff, number, shape);
-    return {key, pointer == -1 ? 0 : pointer};
+    return {key, pointer == NoPointer ? 0 : pointer};
 }
 
 std::int32_t PointerOf(std::string_view buff, std::int32_t number, const EntryShape& shape) {

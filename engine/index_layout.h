@@ -5,10 +5,10 @@
 // unsigned unless said otherwise, all positions 1-based.
 //
 // Header   1-2    entry length: key length + 4 (+ 2 in an extended index with duplicate keys)
-//          3-4    entries per block                                          (not read)
-//          5-6, 7-8  words 3 and 4                                           (not read)
+//          3-4    entries per block                                          (not used)
+//          5-6, 7-8  words 3 and 4                                           (not used)
 //          9-10   root block
-//          11-12  word 6                                                     (not read)
+//          11-12  word 6                                                     (not used)
 //          13-14  not 0 when duplicate keys are admitted
 //          15-16  "09" marks the extended format; bytes 17-19 are then bits 16-23 of words 3 and 4 and the
 //          root
@@ -42,6 +42,7 @@ namespace engine {
 
 inline constexpr std::int32_t ExtendedBlockSize = 2048;
 inline constexpr std::int32_t PointerLength = 4;
+inline constexpr std::int32_t NoPointer = -1;  // the terminator's; an entry reports it as 0
 inline constexpr std::int32_t LastLeaf = 0xFFFF;
 inline constexpr std::int32_t ExtendedLastLeaf = 0xFFFFFF;
 
@@ -65,7 +66,8 @@ struct IndexHeader {
 /// Whether a header carries the mark of the extended format.
 bool IsExtendedHeader(std::string_view header);
 
-/// The header in a header block or at the front of a work buffer. Raises 31 when it is too short.
+/// The header in a header block or at the front of a work buffer. All eight words are read, so one that ends
+/// before any of them, used or not, raises 31, as does a marked one that ends before its high bytes.
 IndexHeader ParseHeader(std::string_view header);
 
 /// A fresh header block for an empty index: root 1, room for entries of keyLength + 4 bytes. Raises 11 for

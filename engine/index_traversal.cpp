@@ -64,9 +64,8 @@ class StepBack {
         --mLevel;
         if (mLevel < 1) return false;
         // The parent's entry for this block: the block's highest key with the block's own number.
-        const std::int32_t block = iUnpack('C', mBuff, PathPosition(mLevel + 1));
         mKey = WholeEntry(mCursor.Count);
-        iPack('L', mKey, block, mShape.Length - PointerLength + 1);
+        iPack('L', mKey, iUnpack('C', mBuff, PathPosition(mLevel + 1)), mShape.Length - PointerLength + 1);
 
         ReadSmallBlock(mFile, iUnpack('C', mBuff, PathPosition(mLevel)), mBuff);
         mCursor = ParseBlock(mBuff, false);
@@ -124,9 +123,11 @@ std::int32_t CountLeafEntries(const cLogicalFile& file, ByteString& buff) {
         guard.Visit(leaf.LeafLink);
         ReadBlock(file.OpenFile, RecordOffset(file, leaf.LeafLink), file.RecordLength, buff);
         leaf = ParseBlock(buff, format.Extended);
-        total = platform::CheckedAdd(total, leaf.Count);
         // 65535 in both formats: in the extended one it may be any leaf's link, so the terminator decides.
-        if (leaf.LeafLink == LastLeaf && PointerOf(buff, leaf.Count, format.Shape) == -1) break;
+        const bool isLast =
+            leaf.LeafLink == LastLeaf && PointerOf(buff, leaf.Count, format.Shape) == NoPointer;
+        total = platform::CheckedAdd(total, leaf.Count);
+        if (isLast) break;
     }
     return total - 1;  // the terminator
 }

@@ -47,9 +47,13 @@ class Search {
             Descend();
             if (!ScanAcrossLeaves()) return Outcome::NotFound;
         }
+        return Outcome::Found;
+    }
+
+    /// Notes the entry found and its level in the buffer.
+    void NotePlace() {
         iPack('B', mBuff, mEntry, BufferEntryPosition);
         iPack('B', mBuff, mLevel, BufferLevelPosition);
-        return Outcome::Found;
     }
 
     /// The key of the entry found.
@@ -141,6 +145,7 @@ void KFind(const std::shared_ptr<cLogicalFile>& LogicalFile, ByteString& Buff, B
         Rec = platform::CheckedNegate(Rec);
         Key = search.FoundKey();
     }
+    search.NotePlace();
 }
 
 std::int32_t KLength(const std::shared_ptr<cLogicalFile>& LogicalFile) {

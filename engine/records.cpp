@@ -60,7 +60,7 @@ void InitPlainFile(const LogicalFileHandle& logicalFile) {
     iBlockWriteFile(logicalFile->OpenFile, logicalFile->Position, header);
 
     const ByteString record = NulRecord(*logicalFile);
-    for (std::int32_t number = 1; number <= logicalFile->LastRecord; ++number)
+    for (std::int32_t number = 1; number <= logicalFile->LastRecord; number = CheckedAdd(number, 1))
         iLwriteFile(logicalFile, number, record);
 }
 

@@ -1,5 +1,6 @@
 #include "engine/site_configuration.h"
 
+#include <exception>
 #include <memory>
 
 #include "engine/business_basic.h"
@@ -63,7 +64,7 @@ void LoadSiteConfiguration(bool Silent, platform::WindowServices& Window) {
     gSystem->mDirectory = gEpcInfo->Directory;
     try {
         gEngine = std::make_unique<cBusinessBasic>(Window);
-    } catch (const platform::Error&) {
+    } catch (const std::exception&) {
         gEngine.reset();
     }
 }

@@ -20,7 +20,8 @@ bool FileExists(std::string_view path);
 /// Deletes a file. Raises 53 when there is none, 70 when the system refuses, 75 otherwise.
 void RemoveFile(std::string_view path);
 
-/// The lines of a text file without their ends (CR LF or LF); nothing when the file cannot be opened.
+/// The lines of a text file without their ends (CR LF or LF); nothing when the file cannot be opened. Raises
+/// 57.
 std::optional<std::vector<std::string>> ReadLines(std::string_view path);
 
 class File {

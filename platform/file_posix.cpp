@@ -1,6 +1,6 @@
 #include <cerrno>
 #include <fcntl.h>
-#include <fstream>
+#include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -103,9 +103,15 @@ void RemoveFile(std::string_view path) {
 }
 
 std::optional<std::vector<std::string>> ReadLines(std::string_view path) {
-    if (!FileExists(path)) return std::nullopt;
-    std::ifstream stream(*ResolvePath(path), std::ios::binary);
-    if (!stream) return std::nullopt;
+    std::unique_ptr<File> file;
+    try {
+        file = File::Open(path, File::Mode::ReadOnly);
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+    std::string text(file->Length(), '\0');
+    text.resize(file->ReadAt(0, std::as_writable_bytes(std::span(text))));
+    std::istringstream stream(std::move(text));
     std::vector<std::string> lines;
     for (std::string line; std::getline(stream, line);) {
         if (line.ends_with('\r')) line.pop_back();

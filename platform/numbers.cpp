@@ -26,7 +26,8 @@ std::string PlainDecimal(std::int32_t value) {
 }
 
 std::string LeadingBlankDecimal(std::int32_t value) {
-    return (value < 0 ? "" : " ") + std::to_string(value);
+    std::string text(value < 0 ? "" : " ");
+    return text += std::to_string(value);
 }
 
 std::string LeadingBlankDecimal(double value) {

@@ -115,14 +115,20 @@ int FullYear(int year) {
     return year + (year >= FirstYearOfLastCentury ? 1900 : 2000);
 }
 
+std::optional<OleDate> DateFromNumbers(int first, int second, int third) {
+    const std::array numbers{first, second, third};
+    for (const DateOrder& order : Orders) {
+        const auto date =
+            DateFromCalendar({FullYear(numbers[order.Year]), numbers[order.Month], numbers[order.Day]});
+        if (date) return date;
+    }
+    return std::nullopt;
+}
+
 OleDate DateFromText(std::string_view text) {
     const std::vector<int> numbers = NumbersOf(text);
     if (numbers.size() == 3) {
-        for (const DateOrder& order : Orders) {
-            const auto date =
-                DateFromCalendar({FullYear(numbers[order.Year]), numbers[order.Month], numbers[order.Day]});
-            if (date) return *date;
-        }
+        if (const auto date = DateFromNumbers(numbers[0], numbers[1], numbers[2])) return *date;
     } else if (numbers.size() == 2) {
         const int thisYear = LocalNow().Calendar().Year;
         for (const auto& candidate :

@@ -39,9 +39,12 @@ OleDate LocalNow();
 /// are.
 int FullYear(int year);
 
-/// Reads a date text of two or three numbers parted by "/", "-" or blanks, month/day/year first; when that is
-/// no date, the other orders that the platform's date reading tries (YMD, MYD, YDM, DMY). Two numbers are
-/// month and day of the current year, else month and year. Raises 13 when nothing fits.
+/// The date of three numbers as a date text gives them: month, day, year, else the first of the other orders
+/// that the platform tries (YMD, MYD, YDM, DMY). Nothing when none is a date.
+std::optional<OleDate> DateFromNumbers(int first, int second, int third);
+
+/// Reads a date text of two or three numbers parted by "/", "-" or blanks: DateFromNumbers of three, while
+/// two are month and day of the current year, else month and year. Raises 13 when nothing fits.
 OleDate DateFromText(std::string_view text);
 
 /// The date's text in the system's short-date form (mm/dd/yy unless the system says otherwise), followed by a

@@ -30,7 +30,10 @@ std::optional<std::string> ResolvePath(std::string_view path);
 /// Whether the share at root (such as \\SRV1\KSTLLNK\) answers: its folder exists and can be listed.
 bool ShareAnswers(std::string_view root);
 
-/// The workstation's name as the system gives it; empty when it gives none.
+/// The workstation's name as the system gives it, which may carry a domain; empty when it gives none.
+std::string HostName();
+
+/// The workstation's name without a domain: HostName up to its first dot.
 std::string ComputerName();
 
 /// The IPv4 address of a host name or dotted literal, first octet in the highest byte; nothing when it cannot

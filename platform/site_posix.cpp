@@ -45,11 +45,15 @@ std::string TempDirectory() {
     return folder;
 }
 
-std::string ComputerName() {
+std::string HostName() {
     std::array<char, 256> name{};
     if (gethostname(name.data(), name.size() - 1) != 0) return {};
-    const std::string full = name.data();
-    return full.substr(0, full.find('.'));
+    return name.data();
+}
+
+std::string ComputerName() {
+    const std::string name = HostName();
+    return name.substr(0, name.find('.'));
 }
 
 std::optional<std::uint32_t> HostAddress(const std::string& name) {

@@ -232,6 +232,13 @@ TEST_F(Traversal, BuffersThatNobodyFilled) {
         mBuff = buffer;
         EXPECT_NE(test::NumberRaised([&] { Previous(); }), 0);
     }
+    // Key takes the block's last entry before the path is read, which ends before level 30 here.
+    Find("aaaa");
+    mBuff.resize(60);
+    mBuff[17] = 30;
+    EXPECT_EQ(test::ErrorOf([&] { Previous(); }).Description,
+              "Invalid Subscript.  UnPack(\"C\", Data$, 77)   Len(Data$) = 60");
+    EXPECT_EQ(mKey, "bbbb" + Big(20, 4));
     const std::shared_ptr<cLogicalFile> none;
     EXPECT_EQ(test::ErrorOf([&] { gEngine->KNext(none, mBuff, mKey, mRec); }).Number, 91);
     EXPECT_EQ(test::ErrorOf([&] { gEngine->KPrev(none, mBuff, mKey, mRec); }).Number, 91);

@@ -197,11 +197,31 @@ TEST_F(KeyedIndex, DamagedIndexesEndInErrors) {
     EXPECT_TRUE(mSite.Window.Messages.empty());
 }
 
+TEST_F(KeyedIndex, ARecordNumberWithoutANegativeOverflowsBeforeThePlaceIsNoted) {
+    const auto file =
+        Index("X", Small, HeaderBytes(Small, 1) + BlockBytes(Small, 0xFFFF, {{"bbbb", -2147483647 - 1}}));
+    Find(file, "bbbb");
+    EXPECT_EQ(mRec, -2147483647 - 1);
+    mBuff.clear();
+    EXPECT_EQ(test::ErrorOf([&] { Find(file, "a"); }).Number, 6);
+    EXPECT_EQ(mKey, std::string("a\0\0\0", 4));
+    EXPECT_EQ(mBuff.substr(16, 2), Nul(2));
+}
+
 TEST_F(KeyedIndex, EmptyAndShortFiles) {
     const auto file = Index("X", Small, HeaderBytes(Small, 1));
     EXPECT_EQ(test::ErrorOf([&] { Find(nullptr, "a"); }).Number, 91);
-    file->RecordLength = 8;
-    EXPECT_EQ(test::ErrorOf([&] { Find(file, "a"); }).Number, 31);
+    // Every word of a header is read, used or not, and the high bytes of a marked one.
+    const auto marked = Index("MARKED", Small, test::With(HeaderBytes(Small, 1), 15, "09"));
+    for (const auto& [length, missing] : {std::pair(3, "C\", Data$, 3)"),
+                                          {8, "C\", Data$, 9)"},
+                                          {15, "C\", Data$, 15)"},
+                                          {17, "B\", Data$, 18)"}}) {
+        marked->RecordLength = length;
+        EXPECT_EQ(test::ErrorOf([&] { Find(marked, "a"); }).Description,
+                  "Invalid Subscript.  UnPack(\"" + std::string(missing) +
+                      "   Len(Data$) = " + std::to_string(length));
+    }
     file->OpenFile.reset();
     EXPECT_EQ(test::ErrorOf([&] { Find(file, "a"); }).Number, 91);
 }

@@ -138,9 +138,10 @@ TEST(StartUp, FindTerminal) {
         {{"10.0.0.5 9"}, "9"}, {{"10.0.0.05 9"}, std::nullopt},
         {{"WS12  7"}, ""},     {{"WS12 ,7"}, ""},
         {{"WS12 7 8"}, "7"},   {{"WS12", "WS123 1", " WS12 2", "WS12 3", "WS12 4"}, "3"},
-        {{}, std::nullopt},
+        {{}, std::nullopt},    {{"WS12.else 1", "ws12.SITE.example 5"}, "5"},
     };
-    for (const auto& c : cases) EXPECT_EQ(FindTerminal(c.Lines, "WS12", "10.0.0.5"), c.Terminal);
+    for (const auto& c : cases)
+        EXPECT_EQ(FindTerminal(c.Lines, {"WS12", "ws12.site.example"}, "10.0.0.5"), c.Terminal);
 }
 
 TEST(Links, TheFirstEntryOfANameStays) {
