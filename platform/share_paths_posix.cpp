@@ -119,6 +119,8 @@ bool LeavesItsRoot(std::span<const std::string> names) {
 }  // namespace
 
 std::optional<std::string> ResolvePath(std::string_view path) {
+    // The system would take such a name to end at its NUL, and open another file.
+    if (path.find('\0') != std::string_view::npos) return std::nullopt;
     const bool isShare = path.starts_with("\\\\");
     const bool isDrive = !isShare && StartsWithDrive(path);
     const bool isMixed = path.starts_with('/') && path.find('\\') != std::string_view::npos;

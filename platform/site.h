@@ -23,8 +23,8 @@ std::string ListedName(std::string_view path);
 /// Turns a path of the system's texts into one that the operating system opens: \\SERVER\SHARE\rest and
 /// X:\rest are looked up as the settings and mounts say, each component without regard to letter case (the
 /// exact name first); every other path stays as it stands. A name that does not exist (yet) is kept as given
-/// below the last folder found. Nothing when the share or drive is unknown or the path climbs out of its
-/// share.
+/// below the last folder found. Nothing when the share or drive is unknown, the path climbs out of its share
+/// or holds a NUL.
 std::optional<std::string> ResolvePath(std::string_view path);
 
 /// Whether the share at root (such as \\SRV1\KSTLLNK\) answers: its folder exists and can be listed.

@@ -48,6 +48,18 @@ TEST(Radix40, ExpandsTwoBytesIntoThreeCharacters) {
     }
 }
 
+TEST(Radix40, EveryGroupComesBack) {
+    for (std::size_t value = 0; value < 64000; ++value) {
+        const ByteString text{StandardCodeChars[value / 1600], StandardCodeChars[value / 40 % 40],
+                              StandardCodeChars[value % 40]};
+        ByteString source = text;
+        const ByteString packed = Crm(source);
+        ASSERT_EQ(packed, test::Big(static_cast<std::int64_t>(value), 2));
+        ASSERT_EQ(Ucm(std::string_view(packed)), text);
+    }
+    EXPECT_EQ(Ucm(std::string_view("\x59")), "A5K");
+}
+
 TEST(Radix40, ReadsTheAlphabetInUse) {
     gCodeChars = "-" + ByteString(StandardCodeChars.substr(1));
     ByteString text = "-A ";

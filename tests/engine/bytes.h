@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <sstream>
 #include <string>
 #include <string_view>

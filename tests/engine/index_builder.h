@@ -88,7 +88,8 @@ class RandomTree {
         for (std::size_t start = 0; start < entries.size();) {
             const std::size_t rest = entries.size() - start;
             std::size_t size = std::uniform_int_distribution<std::size_t>(2, mFormat.Capacity())(mRandom);
-            if (rest <= size || rest - size < 2) size = std::min(rest, mFormat.Capacity());
+            if (rest <= size) size = rest;
+            if (rest - size == 1) size = rest <= mFormat.Capacity() ? rest : size - 1;
             blocks.emplace_back(entries.begin() + static_cast<std::ptrdiff_t>(start),
                                 entries.begin() + static_cast<std::ptrdiff_t>(start + size));
             start += size;

@@ -77,14 +77,6 @@ TEST_F(KeyedIndex, FindsTheFirstEntryNotBelowTheKey) {
     }
 }
 
-TEST_F(KeyedIndex, AKeyThatIsFoundStaysPaddedWithZeroBytes) {
-    const auto file = Index(
-        "X", Small, HeaderBytes(Small, 1) + BlockBytes(Small, 0xFFFF, {{std::string("a\0\0\0", 4), 5}}));
-    Find(file, "a");
-    EXPECT_EQ(mRec, 5);
-    EXPECT_EQ(mKey, std::string("a\0\0\0", 4));
-}
-
 TEST_F(KeyedIndex, TheBufferHoldsHeaderPathAndBlock) {
     const auto file = Index("X", Small, TwoLeaves(Small));
     mBuff = std::string(600, '+');
@@ -112,15 +104,6 @@ TEST_F(KeyedIndex, BlockNumbersOfTheExtendedFormatHave24Bits) {
     gEngine->WriteFile(file->OpenFile, BlockBytes(format, 0xFFFF, {{"bbbb", 2}}), offset(Far + 1));
     Find(file, "b");
     EXPECT_EQ(mRec, -2);
-}
-
-TEST_F(KeyedIndex, AFreshIndexHoldsNothing) {
-    const auto file = Index("X", Small, "", 9);
-    gEngine->InitFile(file, 4);
-    for (const char* key : {"", "m", "\xFF\xFF\xFF\xFF"}) {
-        Find(file, key);
-        EXPECT_EQ(mRec, 0);
-    }
 }
 
 TEST_F(KeyedIndex, AChainThatEndsWithoutATerminatorIsNotFound) {

@@ -133,12 +133,6 @@ TEST_F(PhysicalFiles, AClosedHandleIsStale) {
     EXPECT_NE(Open("DATA"), file);
 }
 
-TEST_F(PhysicalFiles, OthersMayWriteMeanwhile) {
-    const auto file = Open("DATA");
-    test::WriteBytes(mSite.InShare("DATA"), "new");
-    EXPECT_EQ(mEngine.ReadFile(file, 4, 0), "new ");
-}
-
 TEST(Collections, AreOrderedAndIgnoreLetterCaseInKeys) {
     cOpenFiles files;
     const auto first = files.Add(1, "a", 0, "Key");

@@ -99,12 +99,6 @@ TEST_F(Records, EmptyHandles) {
     }
 }
 
-TEST_F(Records, ARecordCutByTheEndOfTheContainerEndsInBlanks) {
-    std::filesystem::resize_file(mSite.InShare("KSW/DDB"), mFirstByte + 2 * Length + 40);
-    EXPECT_EQ(gEngine->LreadFile(mFile, 2), test::Padded(Active(2).substr(0, 40), Length));
-    EXPECT_EQ(gEngine->LreadFile(mFile, 5), std::string(Length, ' '));
-}
-
 TEST_F(Records, OffsetsBeyond32BitsOverflow) {
     mFile->LastRecord = 2147483647;
     EXPECT_EQ(ErrorOf([&] { gEngine->LreadFile(mFile, 21474837); }).Number, 6);

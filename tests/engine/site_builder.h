@@ -33,9 +33,9 @@ class SiteBuilder {
   public:
     SiteBuilder()
         : mConfig("XDG_CONFIG_HOME", (mFolder / "config").string()),
-          mTemp("TMPDIR", (mFolder / "Temp").string()) {
+          mTemp("TMPDIR", (mFolder / "tmp").string()) {
         WriteBytes(mFolder / "config/Vantora.conf", "[Shares]\nRoot=" + (mFolder / "share").string() + "\n");
-        std::filesystem::create_directories(mFolder / "Temp");
+        std::filesystem::create_directories(mFolder / "tmp");
     }
     ~SiteBuilder() {
         engine::gEngine.reset();
@@ -63,7 +63,8 @@ class SiteBuilder {
         return firstBlock;
     }
 
-    std::filesystem::path InTemp(const std::string& name) const { return mFolder / "Temp" / name; }
+    const std::filesystem::path& Folder() const { return mFolder.Path(); }
+    std::filesystem::path InTemp(const std::string& name) const { return mFolder / "tmp" / name; }
     std::filesystem::path InShare(const std::string& name) const {
         return mFolder / "share/SRV1/KSTLLNK" / name;
     }

@@ -28,10 +28,7 @@ TEST(SiteConfiguration, FillsTheSiteAndStartsTheEngine) {
     EXPECT_EQ(gSystem->TerminalID, "0");
     EXPECT_EQ(gSystem->ComputerName, platform::ComputerName());
     EXPECT_TRUE(site.Window.Messages.empty());
-}
 
-TEST(SiteConfiguration, ValuesEndAfterNinetyNineCharacters) {
-    test::SiteBuilder site;
     site.Ini = "[iQ-Stock]\nServer=SRV1\nDirectory=" + std::string(150, 'd') + "\nCustomerNumber=\n";
     site.Start();
     EXPECT_EQ(gSystem->mDirectory, std::string(99, 'd'));
@@ -62,17 +59,12 @@ TEST(SiteConfiguration, ACustomerNumberThatIsNoneIsRaised) {
     EXPECT_FALSE(gEngine);
 }
 
-TEST(SiteConfiguration, ExpandsEveryComponent) {
-    const test::ScratchFolder folder;
-    std::filesystem::create_directories(folder / "Local Settings/Temp");
-    const std::string path = (folder / "Local Settings/Temp").string();
-    EXPECT_EQ(ExpandLongPath(path), path);
-    EXPECT_EQ(ExpandLongPath(path + "/"), path + "/.");
-}
-
-TEST(SiteConfiguration, TheExpandedNameIsTheListedOneOnADrive) {
+TEST(SiteConfiguration, ExpandsEveryComponentToTheListedName) {
     test::SiteBuilder site;
     test::WriteBytes(site.InTemp("drive/Program Files/x"), "");
+    const std::string path = site.InTemp("drive/Program Files").string();
+    EXPECT_EQ(ExpandLongPath(path), path);
+    EXPECT_EQ(ExpandLongPath(path + "/"), path + "/.");
     const test::ScopedVariable config("XDG_CONFIG_HOME", site.InTemp("config").string());
     test::WriteBytes(site.InTemp("config/Vantora.conf"),
                      "[Drives]\nC=" + site.InTemp("drive").string() + "\n");
@@ -142,19 +134,6 @@ TEST(StartUp, FindTerminal) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(FindTerminal(c.Lines, {"WS12", "ws12.site.example"}, "10.0.0.5"), c.Terminal);
-}
-
-TEST(Links, TheFirstEntryOfANameStays) {
-    test::SiteBuilder site;
-    site.Links = test::LinkEntry(":D01:ONE", "KSW:A") + test::LinkEntry(":d01:one", "KSW:B") +
-                 test::LinkEntry("", "KSW:C") +
-                 // Tails of every kind go; an entry cut by the end of the file counts as far as it reaches.
-                 "?" + test::Padded(":D01:TWO\r\n\t", 79, '\0') + "?KSW:D";
-    site.Start();
-    ASSERT_EQ(gLinks->Count(), 2);
-    EXPECT_EQ(gLinks->Item(":D01:one")->ResolutionFile, "KSW:A");
-    EXPECT_EQ(gLinks->Item(2)->LinkFile, ":D01:TWO");
-    EXPECT_EQ(gLinks->Item(2)->ResolutionFile, "KSW:D");
 }
 
 TEST(Links, AMissingLinkFileIsCreatedEmpty) {

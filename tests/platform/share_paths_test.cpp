@@ -46,9 +46,10 @@ TEST_F(SharePaths, ResolveThroughSettingsDrivesAndVirtualFolders) {
 }
 
 TEST_F(SharePaths, WhatCannotBeResolved) {
-    for (const char* path :
-         {R"(\\SRV9\KSTLLNK\X)", R"(\\SRV1)", R"(X:\file)", R"(\\SRV1\KSTLLNK\..\..\secret)",
-          R"(C:\..\secret)", R"(\\SRV1\KSTLLNK\C:\secret)"}) {
+    for (const std::string& path :
+         {std::string(R"(\\SRV9\KSTLLNK\X)"), std::string(R"(\\SRV1)"), std::string(R"(X:\file)"),
+          std::string(R"(\\SRV1\KSTLLNK\..\..\secret)"), std::string(R"(C:\..\secret)"),
+          std::string(R"(\\SRV1\KSTLLNK\C:\secret)"), R"(\\SRV1\KSTLLNK\KSW\D01)" + std::string("\0x", 2)}) {
         EXPECT_FALSE(ResolvePath(path)) << path;
     }
 }
