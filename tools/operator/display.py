@@ -51,8 +51,10 @@ class Display:
         """The visible windows whose title matches the pattern."""
         return self.xdotool("search", "--onlyvisible", "--name", title).split()
 
-    def wait_for_window(self, title, seconds=60):
-        return wait_for(f"a window titled {title!r}", lambda: self.windows(title), seconds)[0]
+    def wait_for_focus(self, title, seconds=60):
+        """Keys that are pressed before would go to nobody."""
+        wait_for(f"the keys to go to the window titled {title!r}",
+                 lambda: self.xdotool("getwindowfocus", "-f").strip() in self.windows(title), seconds)
 
     def wait_until_gone(self, title, seconds=60):
         wait_for(f"the end of the window titled {title!r}", lambda: not self.windows(title), seconds)

@@ -1,6 +1,7 @@
 """The program's main window, worked by mouse and keys."""
 
 import fcntl
+import signal
 import subprocess
 import tempfile
 
@@ -42,14 +43,20 @@ class Explorer:
     def account(self):
         """What the program wrote and how it stands."""
         self._errors.seek(0)
+        return f"the program {self._state()}\n{self._errors.read()}"
+
+    def _state(self):
         status = self._process.poll()
-        state = "is still running" if status is None else f"has ended with status {status}"
-        return f"the program {state}\n{self._errors.read()}"
+        if status is None:
+            return "is still running"
+        if status < 0:
+            return f"was ended by signal {-status} ({signal.Signals(-status).name})"
+        return f"has ended with status {status}"
 
     def select_database(self, path):
         self._main_window()
         self._click_button("Select DB")
-        self._display.wait_for_window(SAVE)
+        self._display.wait_for_focus(SAVE)
         self._display.type(str(path))
         self._display.keys("Return")
         self._display.wait_until_gone(SAVE)
@@ -61,7 +68,7 @@ class Explorer:
         before = self._display.pixels(left, top, *self.MARK)
         self._display.click(left + self.MARK[0] // 2, top + self.MARK[1] // 2)
         if has_range:
-            self._display.wait_for_window(RANGE)
+            self._display.wait_for_focus(RANGE)
             if bounds:
                 start, end = bounds
                 self._display.type(str(start))
@@ -80,11 +87,12 @@ class Explorer:
 
     def close(self):
         """Closes the window through its menu and waits until the program has ended."""
+        self._display.wait_for_focus(MAIN)
         self._display.keys("alt+f")
         self._display.keys("Down", "Return")
         wait_for("the program's end", lambda: self._process.poll() is not None, 60)
         if self._process.returncode != 0:
-            raise OperatorError("the program ended with an error")
+            raise OperatorError(f"at its close the program {self._state()}")
 
     def screenshot(self, path):
         # The pointer rests outside, so that no tool tip covers the window.
@@ -99,7 +107,7 @@ class Explorer:
         def answer():
             found = condition()
             if not found and self._process.poll() is not None:
-                raise OperatorError(f"the program ended before {what}")
+                raise OperatorError(f"the program {self._state()} before {what}")
             if not found and self._display.windows(MESSAGE):
                 raise OperatorError(f"the program shows a message before {what}")
             return found

@@ -3,8 +3,12 @@
 import csv
 import io
 import json
+import os
+import struct
 import subprocess
+import zlib
 from dataclasses import dataclass
+from decimal import Decimal
 
 from display import OperatorError
 
@@ -13,16 +17,45 @@ ENVIRONMENT = ("TMPDIR", "XDG_CONFIG_HOME")
 csv.field_size_limit(1 << 24)
 
 
-def rows(database, table):
-    """The rows of a table as dictionaries of texts."""
-    done = subprocess.run(["mdb-export", str(database), table], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+def exported(database, table, *options):
+    """What mdb-export prints of a table."""
+    done = subprocess.run(["mdb-export", *options, str(database), table], stdout=subprocess.PIPE,
+                          stderr=subprocess.PIPE, env={**os.environ, "LC_ALL": "C.UTF-8", "MDBICONV": "UTF-8"})
     if done.returncode != 0:
         raise OperatorError(f"mdb-export cannot read {table} of {database}: {done.stderr.decode(errors='replace')}")
-    return csv.DictReader(io.StringIO(done.stdout.decode(errors="replace"), newline=""))
+    return done.stdout.decode(errors="replace")
+
+
+def rows(database, table):
+    """The rows of a table as dictionaries of texts."""
+    return csv.DictReader(io.StringIO(exported(database, table), newline=""))
 
 
 def row_count(database, table):
     return sum(1 for _ in rows(database, table))
+
+
+def single_cell(text):
+    """The shortest decimal that reads back as the same 32-bit real, without an exponent."""
+    wanted = struct.pack("f", float(text))
+    for digits in range(1, 10):
+        shorter = f"{float(text):.{digits}g}"
+        if struct.pack("f", float(shorter)) == wanted:
+            return f"{Decimal(shorter):f}"
+    return text
+
+
+def column_checksums(database, table, singles):
+    """The number of cells, and for each column the sum of the CRC-32 of its cells; a Null adds 0. The manifest's
+    cells are in the same form, but for reals, the columns in singles."""
+    lines = exported(database, table, "-e", "-Q", "-d", "\t", "-D", "%Y-%m-%d", "-T", "%Y-%m-%d").split("\n")[:-1]
+    names = lines[0].split("\t")
+    sums = dict.fromkeys(names, 0)
+    for line in lines[1:]:
+        for name, cell in zip(names, line.split("\t"), strict=True):
+            if cell:
+                sums[name] += zlib.crc32((single_cell(cell) if name in singles else cell).encode())
+    return len(names) * (len(lines) - 1), sums
 
 
 def key_values(database, table, column):
@@ -35,6 +68,20 @@ class Table:
     expected_rows: int
     is_keyed: bool
     mode: str
+    checksums: dict  # of each column
+    singles: frozenset  # columns that hold reals
+
+    @staticmethod
+    def of_manifest(entry):
+        return Table(entry["name"], entry["expectedRows"], "keyFile" in entry, entry["mode"],
+                     {column["name"]: column["checksum"] for column in entry["columns"]},
+                     frozenset(column["name"] for column in entry["columns"] if column["type"] == "Single"))
+
+    def differing_columns(self, database):
+        """The number of cells in database, and the columns whose cells are not the manifest's."""
+        cells, sums = column_checksums(database, self.name, self.singles)
+        return cells, sorted(name for name in self.checksums.keys() | sums.keys()
+                             if self.checksums.get(name) != sums.get(name))
 
 
 class SiteFacts:
@@ -47,8 +94,8 @@ class SiteFacts:
             raise OperatorError("the catalogue and the manifest name different tables")
         self._map = listed
         # The list shows the tables by name, in an order in which a low line comes before every letter.
-        self.tables = [Table(name, of_manifest[name]["expectedRows"], "keyFile" in of_manifest[name],
-                             of_manifest[name]["mode"]) for name in sorted(listed, key=lambda name: name.replace("_", " "))]
+        self.tables = [Table.of_manifest(of_manifest[name])
+                       for name in sorted(listed, key=lambda name: name.replace("_", " "))]
         self.environment = self._read_environment(folder / "env.sh")
 
     def range_table(self):
