@@ -51,6 +51,11 @@ Lines OutputOf(const std::string& command) {
     return lines;
 }
 
+/// A line without its last two columns.
+std::string WithoutLastTwo(const std::string& line) {
+    return line.substr(0, line.rfind(',', line.rfind(',') - 1));
+}
+
 class SampleSiteExport : public test::SiteFixture {
   protected:
     void SetUp() override {
@@ -127,12 +132,12 @@ class SampleSiteExport : public test::SiteFixture {
                 content[entry.path().string()] = test::ReadBytes(entry.path());
                 continue;
             }
-            for (const std::string& table : OutputOf("mdb-tables -1 '" + entry.path().string() + "'"))
-                for (const std::string& row : OutputOf("mdb-export '" + entry.path().string() + "' " + table))
-                    content[table] +=
-                        row.substr(0, table == "LogicalIndexDefinition" ? row.rfind(',', row.rfind(',') - 1)
-                                                                        : row.npos) +
-                        "\n";
+            const std::string catalogue = "'" + entry.path().string() + "'";
+            for (const std::string& table : OutputOf("mdb-tables -1 " + catalogue)) {
+                const bool hasOverrides = table == "LogicalIndexDefinition";
+                for (const std::string& row : OutputOf("mdb-export " + catalogue + " " + table))
+                    content[table] += (hasOverrides ? WithoutLastTwo(row) : row) + "\n";
+            }
         }
         return content;
     }
