@@ -71,7 +71,7 @@ void AppendIndexes(InterfaceState& state) {
 }
 
 std::shared_ptr<dao::Relation> NewRelation(dao::Recordset& row, const InterfaceState& state) {
-    const auto relation = state.TargetDatabase->CreateRelation(TextOf(row, u"RelationName"));
+    auto relation = state.TargetDatabase->CreateRelation(TextOf(row, u"RelationName"));
     relation->Table = TextOf(row, u"TableName");
     relation->ForeignTable = TextOf(row, u"ForeignTable");
     relation->Attributes = state.EnforceReferentialIntegrity ? 0 : dao::RelationDoNotEnforce;

@@ -68,11 +68,6 @@ ByteString CompressedBlanks(std::size_t characters) {
     return Compressed(ByteString(characters, ' '));
 }
 
-ByteString Expanded(std::string_view bytes) {
-    ByteString source(bytes);
-    return engine::Ucm(source);
-}
-
 /// Slot s holds the record with sequence number s, slot 0 the highest sequence number met, the last slot the
 /// number of lines of the chain.
 class ChainRecords {
@@ -162,8 +157,8 @@ void ChainExpansion::Expand() {
 void ChainExpansion::ReadHeader() {
     const ByteString& header = HistoryRecord(mChainRecords(mChainRecords(0)));
     mType = engine::iUnpack('B', header, TypePosition);
-    mDescription =
-        engine::Trun(Expanded(Mid(header, DescriptionPosition, DescriptionLength)), RemoveControlCharacters);
+    mDescription = engine::Trun(engine::Ucm(Mid(header, DescriptionPosition, DescriptionLength)),
+                                RemoveControlCharacters);
     MakeTemplate(header);
 }
 
@@ -178,7 +173,7 @@ void ChainExpansion::MakeTemplate(const ByteString& header) {
 void ChainExpansion::AddLine(const ByteString& history, std::int32_t lineOfRecord) {
     engine::iPack('C', mTemplate, mDetailLines.Count() + 1, LineNumberAt);
     Put(mTemplate, LineAt, Mid(history, FirstLinePosition + LineLength * lineOfRecord, LineLength));
-    if (Expanded(Mid(mTemplate, LineAt, LineTypeLength)) == RemarkType) {
+    if (engine::Ucm(Mid(mTemplate, LineAt, LineTypeLength)) == RemarkType) {
         MoveRemark();
     } else {
         CompleteOrdinaryLine();

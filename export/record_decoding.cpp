@@ -73,8 +73,7 @@ ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
 }
 
 ByteString FieldDecoder::Compressed(const ByteString& Rec) const {
-    ByteString raw(platform::Mid(Rec, mStart, mLength));
-    return engine::Ucm(raw);
+    return engine::Ucm(platform::Mid(Rec, mStart, mLength));
 }
 
 std::int32_t FieldDecoder::Integer(std::string_view opcodes, const ByteString& Rec) const {
