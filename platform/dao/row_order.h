@@ -35,32 +35,37 @@ class PhysicalOrder final : public RowOrder {
 
 class IndexOrder final : public RowOrder {
   public:
-    explicit IndexOrder(const jet::IndexTree& tree) : mTree(tree) {}
+    IndexOrder(jet::Table& table, std::size_t realIndex) : mTable(table), mRealIndex(realIndex) {}
 
     std::optional<jet::RowPointer> First() override {
-        mCursor = mTree.First();
+        mCursor = Tree().First();
         return Row();
     }
 
     std::optional<jet::RowPointer> Next() override {
+        Tree();
         if (mCursor) mCursor->Next();
         return Row();
     }
 
     /// The first row with exactly this key; nothing, and no place in the order, when there is none.
     std::optional<jet::RowPointer> Seek(std::string_view key) {
-        mCursor = mTree.LowerBound(key);
+        mCursor = Tree().LowerBound(key);
         if (mCursor->AtEnd() || mCursor->Key() != key) mCursor.reset();
         return Row();
     }
 
   private:
+    /// The tree with the entries of all rows there are.
+    const jet::IndexTree& Tree() { return mTable.Index(mRealIndex); }
+
     std::optional<jet::RowPointer> Row() const {
         if (!mCursor || mCursor->AtEnd()) return std::nullopt;
         return mCursor->Row();
     }
 
-    const jet::IndexTree& mTree;
+    jet::Table& mTable;
+    std::size_t mRealIndex;
     std::optional<jet::IndexTree::Cursor> mCursor;
 };
 

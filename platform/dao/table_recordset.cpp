@@ -95,7 +95,7 @@ void TableRecordset::SetIndex(std::u16string_view name) {
     const jet::LogicalIndex* index = mTable.Definition().FindIndex(name);
     if (index == nullptr) throw DataError(jet::UnknownIndex, name);
     mIndex = index->RealIndexNumber;
-    auto order = std::make_unique<IndexOrder>(mTable.Index(mIndex));
+    auto order = std::make_unique<IndexOrder>(mTable, mIndex);
     mIndexOrder = order.get();
     mOrder = std::move(order);
     Stand(mOrder->First(), State::AtEnd);
@@ -230,6 +230,7 @@ void TableRecordset::Update() {
     if (mEditing == Editing::No) throw DataError(jet::NotEditing);
     if (mEditing == Editing::Adding) {
         mTable.Insert(mBuffer.Values());
+        mConnection->File().RowAdded();
     } else {
         StoreChanges();
     }

@@ -8,13 +8,25 @@
 
 namespace jet {
 
+namespace {
+
+constexpr std::chrono::seconds FlushEvery{8};
+constexpr int LeastWorkToFlush = 20;  // a flush takes at most one part of so many of the time
+constexpr unsigned RowsBetweenLooks = 64;
+constexpr std::size_t MostWaitingBytes = std::size_t{32} << 20;
+
+}  // namespace
+
 Database::Database(std::unique_ptr<PageFile> file)
-    : mFile(std::move(file)), mCatalog(std::make_unique<SystemCatalog>(*mFile)) {}
+    : mFile(std::move(file)),
+      mCatalog(std::make_unique<SystemCatalog>(*mFile)),
+      mTables(mCatalog->Tables()),
+      mNextFlush(Clock::now() + FlushEvery) {}
 
 std::unique_ptr<Database> Database::Create(std::string_view path, PageFileLimits limits) {
     std::unique_ptr<PageFile> file = PageFile::Create(path, limits);
     CreateSystemTables(*file);
-    file->Flush();
+    file->Checkpoint();
     return std::unique_ptr<Database>(new Database(std::move(file)));
 }
 
@@ -60,10 +72,7 @@ std::shared_ptr<Table> Database::CreateTable(std::u16string_view name,
     MapRows maps(*mFile);
     PlaceTable(definition, maps);
     WriteTableDef(*mFile, definition);
-    // The definition reaches the file before the list names it.
-    if (!mFile->IsShared()) mFile->Flush();
     mCatalog->AddTable(name, page);
-    mCatalog->WriteCounts();
     change.Commit();
     return FindTable(name);
 }
@@ -79,26 +88,33 @@ void Database::CreateIndex(Table& table, const IndexSpec& spec) {
     name.Type = spec.Primary ? LogicalIndexType::Primary : LogicalIndexType::Plain;
 
     SharedChange change(*mFile);
-    MapRows maps(*mFile, definition.RealIndexes.empty() ? definition.FreeMap.Page
-                                                        : definition.RealIndexes.back().Map.Page);
-    PlaceIndex(*mFile, definition.Page, index, maps);
     table.AddIndex(std::move(index), std::move(name));
     change.Commit();
 }
 
-void Database::WriteCounts() {
-    mCatalog->WriteCounts();
-    for (const auto& [page, table] : mTables) table->WriteCounts();
+void Database::Publish() {
+    for (const auto& [page, table] : mTables) table->Publish();
 }
 
 void Database::Flush() {
-    WriteCounts();
-    mFile->Flush();
+    const Clock::time_point start = Clock::now();
+    Publish();
+    mFile->Checkpoint();
+    const Clock::time_point end = Clock::now();
+    mNextFlush = end + std::max<Clock::duration>(FlushEvery, (end - start) * LeastWorkToFlush);
+}
+
+void Database::RowAdded() {
+    if (mFile->IsShared() || ++mRowsSinceLook < RowsBetweenLooks) return;
+    mRowsSinceLook = 0;
+    std::size_t waiting = 0;
+    for (const auto& [page, table] : mTables) waiting += table->WaitingBytes();
+    if (waiting > MostWaitingBytes || Clock::now() >= mNextFlush) Flush();
 }
 
 void Database::Close() {
     if (!mFile) return;
-    WriteCounts();
+    Publish();
     mFile->Sync();
     mTables.clear();
     mCatalog.reset();

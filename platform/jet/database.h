@@ -2,6 +2,7 @@
 // without regard to letter case.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -47,20 +48,28 @@ class Database {
     /// 3022 and 3058 (rows that the index forbids; nothing is added then).
     void CreateIndex(Table& table, const IndexSpec& index);
 
-    /// Writes everything to the file.
+    /// Writes everything to the file: a checkpoint (see PageFile) that holds all rows added so far.
     void Flush();
+
+    /// Called behind every row that is added to an Exclusive file: flushes every few seconds, and when the
+    /// index entries that wait take up too much memory.
+    void RowAdded();
 
     /// Writes everything and closes the file; the tables must not be used any more.
     void Close();
 
   private:
+    using Clock = std::chrono::steady_clock;
+
     explicit Database(std::unique_ptr<PageFile> file);
 
-    void WriteCounts();
+    void Publish();
 
     std::unique_ptr<PageFile> mFile;
     std::unique_ptr<SystemCatalog> mCatalog;
     std::map<std::uint32_t, std::shared_ptr<Table>> mTables;  // by definition page
+    Clock::time_point mNextFlush;
+    unsigned mRowsSinceLook = 0;
 };
 
 }  // namespace jet

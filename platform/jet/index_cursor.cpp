@@ -41,6 +41,7 @@ void IndexTree::Cursor::Settle(IndexPage leaf, std::size_t offset) {
     }
     mLeaf = leaf.Number();
     mOffset = offset;
+    mMerges = mTree->mMerges;
     leaf.ReadEntry(offset, mEntry);
 }
 
@@ -56,6 +57,7 @@ void IndexTree::Cursor::Next() {
 
 /// Goes on in the leaf where the cursor stands; false when the entry is not there any more.
 bool IndexTree::Cursor::Resume() {
+    if (mMerges != mTree->mMerges) return false;
     if (!IndexPage::IsLeafOf(mTree->mFile, mLeaf, mTree->mTablePage)) return false;
     IndexPage leaf = mTree->Read(mLeaf);
     if (!leaf.HoldsEntry(mOffset, mEntry)) return false;

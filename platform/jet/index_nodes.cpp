@@ -59,9 +59,9 @@ IndexTree::Node IndexTree::ReadNode(std::uint32_t page) const {
 
 void IndexTree::StoreNode(const Path& way, std::size_t level, Node node) {
     IndexPage page = Read(way.Pages[level]);
-    if (!page.Assign(node.Entries)) {
+    if (!page.Assign(Views(node.Entries))) {
         node.MakeTail();
-        if (!page.Assign(node.Entries)) return SplitNode(way, level, std::move(node));
+        if (!page.Assign(Views(node.Entries))) return SplitNode(way, level, std::move(node));
     }
     page.SetTail(node.Tail);
 }
@@ -74,10 +74,12 @@ void IndexTree::SplitNode(Path way, std::size_t level, Node node) {
         level = 1;
     }
     IndexPage left = Read(way.Pages[level]);
-    const std::span<const std::string> all(node.Entries);
-    const std::size_t middle = std::clamp<std::size_t>(left.EvenSplit(all), 1, all.size() - 2);
+    const std::vector<std::string_view> all = Views(node.Entries);
+    const std::span<const std::string_view> halves(all);
+    const std::size_t middle = std::clamp<std::size_t>(left.EvenSplit(halves), 1, all.size() - 2);
     IndexPage right = MakeRightOf(left);
-    if (!left.Assign(all.first(middle)) || !right.Assign(all.subspan(middle + 1))) throw mFile.Damaged();
+    if (!left.Assign(halves.first(middle)) || !right.Assign(halves.subspan(middle + 1)))
+        throw mFile.Damaged();
     left.SetTail(PointerOf(all[middle]));
     right.SetTail(node.Tail);
     CutLink(PointerOf(all[middle]), PointerOf(all[middle + 1]));

@@ -28,9 +28,18 @@ std::uint32_t PointerOf(std::string_view entry) {
     return pointer;
 }
 
-void AppendPointer(std::string& entry, std::uint32_t pointer) {
+void StorePointer(char* place, std::uint32_t pointer) {
     for (const unsigned shift : {24U, 16U, 8U, 0U})
-        entry += static_cast<char>(static_cast<std::uint8_t>(pointer >> shift));
+        *place++ = static_cast<char>(static_cast<std::uint8_t>(pointer >> shift));
+}
+
+void AppendPointer(std::string& entry, std::uint32_t pointer) {
+    entry.resize(entry.size() + IndexPage::PointerLength);
+    StorePointer(&entry[entry.size() - IndexPage::PointerLength], pointer);
+}
+
+std::vector<std::string_view> Views(std::span<const std::string> entries) {
+    return {entries.begin(), entries.end()};
 }
 
 std::size_t CommonLength(std::string_view a, std::string_view b) {
@@ -212,8 +221,7 @@ std::vector<std::string> IndexPage::Entries() const {
 
 bool IndexPage::Insert(std::size_t offset, std::string_view entry) {
     if (IsEmpty()) {
-        const std::string only(entry);
-        return Assign({&only, 1});
+        return Assign({&entry, 1});
     }
     const bool sharesPrefix = entry.substr(0, mPrefix) == AsText(Area(), mPrefix);
     if (!sharesPrefix || entry.size() - mPrefix > mRoom - mEnd) return InsertRepacked(offset, entry);
@@ -242,7 +250,7 @@ bool IndexPage::InsertRepacked(std::size_t offset, std::string_view entry) {
         entries.push_back(Entry(at));
     }
     if (offset == mEnd) entries.emplace_back(entry);
-    return Assign(entries);
+    return Assign(Views(entries));
 }
 
 void IndexPage::Erase(std::size_t offset) {
@@ -260,21 +268,25 @@ void IndexPage::Erase(std::size_t offset) {
 }
 
 /// Entries ascend, so what the first and the last have in common all have in common.
-std::size_t IndexPage::CommonPrefix(std::span<const std::string> entries) const {
-    if (!IsLeaf() || entries.size() < 2) return 0;
-    const std::size_t longest = mFormat->IndexPrefixSize == 1 ? std::numeric_limits<std::uint8_t>::max()
-                                                              : std::numeric_limits<std::uint16_t>::max();
-    return std::min(longest, CommonLength(entries.front(), entries.back()));
+std::size_t IndexPage::PrefixOf(const Layout& format, std::string_view first, std::string_view last) {
+    const std::size_t longest = format.IndexPrefixSize == 1 ? std::numeric_limits<std::uint8_t>::max()
+                                                            : std::numeric_limits<std::uint16_t>::max();
+    return std::min(longest, CommonLength(first, last));
 }
 
-std::size_t IndexPage::PackedSize(std::span<const std::string> entries) const {
+std::size_t IndexPage::CommonPrefix(std::span<const std::string_view> entries) const {
+    if (!IsLeaf() || entries.size() < 2) return 0;
+    return PrefixOf(*mFormat, entries.front(), entries.back());
+}
+
+std::size_t IndexPage::PackedSize(std::span<const std::string_view> entries) const {
     const std::size_t prefix = CommonPrefix(entries);
     std::size_t size = entries.empty() ? 0 : prefix;
-    for (const std::string& entry : entries) size += entry.size() - prefix;
+    for (const std::string_view entry : entries) size += entry.size() - prefix;
     return size;
 }
 
-std::size_t IndexPage::EvenSplit(std::span<const std::string> entries) const {
+std::size_t IndexPage::EvenSplit(std::span<const std::string_view> entries) const {
     const auto left = [&](std::size_t count) { return PackedSize(entries.first(count)); };
     const auto right = [&](std::size_t count) { return PackedSize(entries.subspan(count)); };
     std::size_t low = 1;
@@ -290,17 +302,19 @@ std::size_t IndexPage::EvenSplit(std::span<const std::string> entries) const {
     return low > 1 && right(low - 1) < left(low) ? low - 1 : low;
 }
 
-bool IndexPage::Assign(std::span<const std::string> entries) {
+bool IndexPage::Assign(std::span<const std::string_view> entries) {
     if (PackedSize(entries) > mRoom) return false;
-    const std::size_t prefix = CommonPrefix(entries);
+    std::size_t whole = 0;
+    for (const std::string_view entry : entries) whole += entry.size();
+    const std::size_t prefix = whole <= mRoom ? 0 : CommonPrefix(entries);
 
     const std::uint32_t tail = Tail();
     Clear(mPage.Type());
     SetTail(tail);
     std::uint8_t* const data = mPage.Change();
     std::size_t end = 0;
-    for (const std::string& entry : entries) {
-        const std::string_view stored = std::string_view(entry).substr(end == 0 ? 0 : prefix);
+    for (const std::string_view entry : entries) {
+        const std::string_view stored = entry.substr(end == 0 ? 0 : prefix);
         std::memcpy(data + mFormat->IndexEntriesAt + end, stored.data(), stored.size());
         end += stored.size();
         entry_mask::Set(data + mFormat->IndexMaskAt, end);
@@ -308,6 +322,13 @@ bool IndexPage::Assign(std::span<const std::string> entries) {
     SetPrefix(prefix);
     SetEnd(end);
     return true;
+}
+
+void IndexPage::CopyEntries(const IndexPage& other) {
+    std::memcpy(mPage.Change() + mFormat->IndexMaskAt, other.mPage.Data() + mFormat->IndexMaskAt,
+                mFormat->PageSize - mFormat->IndexMaskAt);
+    SetPrefix(other.mPrefix);
+    SetEnd(other.mEnd);
 }
 
 }  // namespace jet

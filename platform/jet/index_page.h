@@ -10,6 +10,7 @@
 // child, its tail, has no entry. Entries are addressed here by the offset at which they start, 0 to End().
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -19,6 +20,18 @@
 #include "platform/jet/page_file.h"
 
 namespace jet {
+
+/// How much room entries take up before any prefix is left out.
+struct EntrySizes {
+    std::size_t Bytes = 0;
+    std::size_t Longest = 0;
+
+    void Add(std::size_t length) { Add({length, length}); }
+    void Add(const EntrySizes& others) {
+        Bytes += others.Bytes;
+        Longest = std::max(Longest, others.Longest);
+    }
+};
 
 class IndexPage {
   public:
@@ -35,6 +48,9 @@ class IndexPage {
 
     /// Bytes that all entries of a page may take up.
     static std::size_t Room(const Layout& format) { return format.PageSize - format.IndexEntriesAt; }
+
+    /// How many bytes a leaf leaves out of entries of which these are the first and the last.
+    static std::size_t PrefixOf(const Layout& format, std::string_view first, std::string_view last);
 
     /// Gives the page back before the object ends.
     void Release() { mPage.Release(); }
@@ -93,15 +109,18 @@ class IndexPage {
     std::vector<std::string> Entries() const;
 
     /// Bytes that ascending entries would take up on this page.
-    std::size_t PackedSize(std::span<const std::string> entries) const;
+    std::size_t PackedSize(std::span<const std::string_view> entries) const;
 
     /// How many of the entries go to the left of two such pages so that the fuller one is as empty as can be.
     /// Both get one at least.
-    std::size_t EvenSplit(std::span<const std::string> entries) const;
+    std::size_t EvenSplit(std::span<const std::string_view> entries) const;
 
-    /// Replaces all entries, a leaf's with the longest common prefix left out. False, and nothing changed,
-    /// when they do not fit.
-    bool Assign(std::span<const std::string> entries);
+    /// Replaces all entries, a leaf's with the longest common prefix left out if they do not fit whole.
+    /// False, and nothing changed, when they do not fit.
+    bool Assign(std::span<const std::string_view> entries);
+
+    /// Makes this page, a leaf, hold what another leaf of the same table holds; its links stay.
+    void CopyEntries(const IndexPage& other);
 
   private:
     IndexPage(PageFile& file, PageHandle page);
@@ -112,7 +131,7 @@ class IndexPage {
     bool Holds(std::size_t offset, std::string_view start, std::size_t further) const;
     std::size_t MaskLength() const { return mFormat->IndexEntriesAt - mFormat->IndexMaskAt; }
     std::size_t EntryStart(std::size_t inside) const;
-    std::size_t CommonPrefix(std::span<const std::string> entries) const;
+    std::size_t CommonPrefix(std::span<const std::string_view> entries) const;
     bool InsertRepacked(std::size_t offset, std::string_view entry);
     void SetEnd(std::size_t end);
     void SetPrefix(std::size_t prefix);
@@ -131,6 +150,9 @@ class IndexPage {
 /// The last four bytes of an entry, highest first: a child page, or RowPointer::Dword.
 std::uint32_t PointerOf(std::string_view entry);
 void AppendPointer(std::string& entry, std::uint32_t pointer);
+void StorePointer(char* place, std::uint32_t pointer);
+
+std::vector<std::string_view> Views(std::span<const std::string> entries);
 
 /// How many bytes two texts have in common at their start.
 std::size_t CommonLength(std::string_view a, std::string_view b);

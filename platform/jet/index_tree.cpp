@@ -41,6 +41,7 @@ bool IndexTree::Contains(std::string_view key) const {
         if (!last.IsEmpty() && last.IsAboveAll(key)) return false;
     }
     const Place place = Locate(key);
+    if (!mFile.IsShared() && place.AllTails && place.Leaf.Next() == 0) mLastLeaf = place.Leaf.Number();
     if (place.Offset < place.Leaf.End()) return place.Leaf.HoldsKey(place.Offset, key);
     // The separator above ends in a row, so a key that is last on its leaf sends the search to the next one.
     const Cursor cursor = LowerBound(key);
@@ -51,6 +52,7 @@ void IndexTree::Insert(std::string_view key, RowPointer row) {
     if (key.size() > MaxKeyLength(mFile.Format())) throw DataError(RecordTooLarge);
     mEntry = key;
     AppendPointer(mEntry, row.Dword());
+    mSizes.reset();
     if (Append(mEntry)) return;
 
     Place place = Locate(mEntry);
@@ -77,11 +79,12 @@ void IndexTree::SplitLeaf(Place place, std::string_view entry) {
     const bool wasLastLeaf = mLastLeaf == left.Number();
     std::vector<std::string> entries = left.Entries();
     entries.emplace(std::lower_bound(entries.begin(), entries.end(), entry), entry);
-    const std::size_t split = atRightEdge ? entries.size() - 1 : left.EvenSplit(entries);
+    const std::vector<std::string_view> views = Views(entries);
+    const std::size_t split = atRightEdge ? entries.size() - 1 : left.EvenSplit(views);
 
     if (place.Way.Count == 1) left = PushRootDown(place.Way);
     IndexPage right = MakeRightOf(left);
-    const std::span<const std::string> all(entries);
+    const std::span<const std::string_view> all(views);
     if (!left.Assign(all.first(split)) || !right.Assign(all.subspan(split))) throw mFile.Damaged();
     if (wasLastLeaf) mLastLeaf = right.Number();
     AddSibling(place.Way, place.Way.Count - 1, entries[split - 1], right.Number());
@@ -109,7 +112,8 @@ IndexPage IndexTree::PushRootDown(Path& way) {
     if (way.Count == MaxDepth) throw mFile.Damaged();
     IndexPage root = Read(mRootPage);
     IndexPage child = MakePage(root.IsLeaf() ? PageType::IndexLeaf : PageType::IndexNode);
-    child.Assign(root.Entries());
+    const std::vector<std::string> entries = root.Entries();
+    child.Assign(Views(entries));
     child.SetTail(root.Tail());
     root.Clear(PageType::IndexNode);
     root.SetTail(child.Number());
@@ -137,6 +141,7 @@ void IndexTree::Remove(std::string_view key, RowPointer row) {
     AppendPointer(mEntry, row.Dword());
     Place place = Locate(mEntry);
     IndexPage& leaf = place.Leaf;
+    mSizes.reset();
     if (!leaf.HoldsEntry(place.Offset, mEntry)) throw mFile.Damaged();
 
     leaf.Erase(place.Offset);

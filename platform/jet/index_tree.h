@@ -5,10 +5,13 @@
 // A leaf that is full is packed first (see IndexPage) and split when that gives no room: a new greatest entry
 // opens a new leaf and leaves the full one full, so rows that come in the index's order fill every page; any
 // other entry splits its leaf in the middle.
+//
+// An Exclusive file takes entries by Merge, which makes the tree anew.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +21,8 @@
 #include "platform/jet/usage_map.h"
 
 namespace jet {
+
+class PendingEntries;
 
 class IndexTree {
   public:
@@ -40,6 +45,20 @@ class IndexTree {
     /// Adds an entry. Raises 3047 for a key longer than MaxKeyLength, 3428 for a damaged tree (an entry that
     /// is there already included), 3036 when the file is full.
     void Insert(std::string_view key, RowPointer row);
+
+    /// Adds waiting entries, and clears them, by making the tree anew: on new pages, except for a root page
+    /// that is new itself, which stays where it is. In an Exclusive file only. Returns how many keys the tree
+    /// did not have. Raises 3428 for a damaged tree (an entry that is there already included), 3036 when the
+    /// file is full (see PagesToMerge).
+    std::uint32_t Merge(PendingEntries& waiting);
+
+    /// Pages that Merge allocates at most for waiting entries of these sizes.
+    std::uint32_t PagesToMerge(const EntrySizes& waiting) const;
+
+    std::uint32_t RootPage() const { return mRootPage; }
+
+    /// The tree's map has moved.
+    void SetPages(UsageMap pages) { mPages = pages; }
 
     /// Takes an entry out. Raises 3428 when it is not there.
     void Remove(std::string_view key, RowPointer row);
@@ -71,6 +90,9 @@ class IndexTree {
 
     IndexPage Read(std::uint32_t page) const { return IndexPage::Read(mFile, page, mTablePage); }
     Place Locate(std::string_view entry) const;
+    template <typename Visit>
+    void ForEachLeaf(Visit visit) const;
+    const EntrySizes& Sizes() const;
     bool Append(std::string_view entry);
     void SplitLeaf(Place place, std::string_view entry);
     IndexPage MakePage(PageType type);
@@ -95,7 +117,10 @@ class IndexTree {
 
     // The last leaf of the chain when nodes lead to it by their tails only; 0 = not known. A file that other
     // programs may change is searched anew every time.
-    std::uint32_t mLastLeaf = 0;
+    mutable std::uint32_t mLastLeaf = 0;
+
+    mutable std::optional<EntrySizes> mSizes;  // of the entries, where they are known
+    std::uint32_t mMerges = 0;
 
     std::string mEntry;  // the entry in hand; kept for its memory
 };
@@ -125,6 +150,7 @@ class IndexTree::Cursor {
     const IndexTree* mTree;
     std::uint32_t mLeaf = 0;
     std::size_t mOffset = 0;
+    std::uint32_t mMerges = 0;  // the tree's, when mLeaf was found
     std::string mEntry;
 };
 

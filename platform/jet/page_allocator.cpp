@@ -33,19 +33,20 @@ void PageAllocator::MakeGlobalMap(PageFile& file) {
     for (std::uint32_t used = 0; used < file.PageCount(); ++used) freePages.Remove(used);
 }
 
-std::uint32_t PageAllocator::Allocate() {
+std::uint32_t PageAllocator::Allocate(std::uint32_t from) {
     if (mFile.IsShared()) mSearchFrom = 0;
-    const auto free = mFreePages.Next(mSearchFrom);
+    const std::uint32_t start = std::max(mSearchFrom, from);
+    const auto free = mFreePages.Next(start);
     if (free && *free < mFile.PageCount()) {
         if (*free < LowestAllocatable && mFile.PageCount() > LowestAllocatable) throw mFile.Damaged();
-        mSearchFrom = *free + 1;
+        if (start == mSearchFrom) mSearchFrom = *free + 1;
         mFreePages.Remove(*free);
         return *free;
     }
     const std::uint32_t page = mFile.AppendPage();
     Cover(page);
     mFreePages.Remove(page);
-    mSearchFrom = mFile.PageCount();
+    if (start == mSearchFrom) mSearchFrom = mFile.PageCount();
     return page;
 }
 

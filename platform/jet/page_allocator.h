@@ -13,7 +13,8 @@ class PageAllocator {
   public:
     explicit PageAllocator(PageFile& file) : mFile(file), mFreePages(file, {GlobalMapPage, 0}) {}
 
-    std::uint32_t Allocate();
+    /// The lowest free page that is not below from, else a page at the file's end.
+    std::uint32_t Allocate(std::uint32_t from);
     void Free(std::uint32_t page);
 
     /// Fills the empty page 1 of a new database.

@@ -47,25 +47,6 @@ platform::Error TranslateWrite(const platform::Error& error, std::string_view pa
     }
 }
 
-/// The place of a changed page in the order of writing: what is pointed to comes before what points to it.
-int WriteRank(const std::uint8_t* page, std::uint32_t number) {
-    if (number == HeaderPage) return 7;
-    if (number == GlobalMapPage) return 6;
-    switch (static_cast<PageType>(page[0])) {
-        case PageType::Data:
-            if (LoadU32(page + PageOwner) == LongValueOwner) return 0;
-            return LoadU32(page + PageOwner) == MapOwner ? 4 : 1;
-        case PageType::IndexLeaf:
-            return 2;
-        case PageType::IndexNode:
-            return 3;
-        case PageType::TableDef:
-            return 5;
-        default:
-            return 4;
-    }
-}
-
 }  // namespace
 
 // PageHandle
@@ -124,6 +105,8 @@ std::unique_ptr<PageFile> PageFile::Create(std::string_view path, PageFileLimits
     std::unique_ptr<PageFile> pages(new PageFile(std::move(file), Sharing::Exclusive, Jet4Layout, limits));
     pages->mPageCount = GlobalMapPage + 1;
     pages->mFrameOfPage.resize(pages->mPageCount);
+    pages->MarkNew(HeaderPage);
+    pages->MarkNew(GlobalMapPage);
     PageHandle header = pages->MakeNew(HeaderPage, PageType::Header);
     BuildHeader({header.Change(), pages->PageSize()});
     header.Release();
@@ -226,8 +209,7 @@ void PageFile::Assign(Frame& frame, std::uint32_t page) {
 }
 
 void PageFile::Forget(Frame& frame) noexcept {
-    if (frame.Changed) --mChangedCount;
-    frame.Changed = false;
+    if (frame.Changed) MarkWritten(frame);
     mFrameOfPage[frame.Number] = nullptr;
     frame.Number = NoPage;
 }
@@ -240,8 +222,8 @@ PageFile::Frame& PageFile::TakeFrame() {
     }
     if (mFrames.size() >= mFrameLimit) {
         Frame* victim = CleanFrame();
-        if (victim == nullptr && !IsShared() && mChangedCount > 0) {
-            WriteChanged();
+        if (victim == nullptr && mChangedNewCount > 0) {
+            WriteChanged(Pages::New);
             victim = CleanFrame();
         }
         if (victim != nullptr) {
@@ -282,16 +264,46 @@ void PageFile::MarkChanged(Frame& frame) {
     if (!IsWritable()) throw OpenError(ReadOnlyDatabase, Path());
     frame.Changed = true;
     ++mChangedCount;
+    if (IsNew(frame.Number)) ++mChangedNewCount;
+}
+
+void PageFile::MarkWritten(Frame& frame) noexcept {
+    frame.Changed = false;
+    --mChangedCount;
+    if (IsNew(frame.Number)) --mChangedNewCount;
 }
 
 // PageFile: allocation
 
-std::uint32_t PageFile::Allocate() {
-    return mAllocator->Allocate();
+std::uint32_t PageFile::Allocate(std::uint32_t from) {
+    const std::uint32_t end = mPageCount;
+    const std::uint32_t page = mAllocator->Allocate(from);
+    if (page < end && mFreePages > 0) --mFreePages;
+    MarkNew(page);
+    return page;
+}
+
+void PageFile::MarkNew(std::uint32_t page) {
+    if (IsShared() || IsNew(page)) return;
+    mIsNew.resize(std::max<std::size_t>(mIsNew.size(), page + std::size_t{1}));
+    mIsNew[page] = true;
+    const Frame* frame = mFrameOfPage[page];
+    if (frame != nullptr && frame->Changed) ++mChangedNewCount;
 }
 
 void PageFile::Free(std::uint32_t page) {
+    if (!IsShared() && !IsNew(page)) {
+        mRetired.push_back(page);
+        return;
+    }
     mAllocator->Free(page);
+    ++mFreePages;
+}
+
+void PageFile::FreeRetired() {
+    for (const std::uint32_t page : mRetired) mAllocator->Free(page);
+    mFreePages += static_cast<std::uint32_t>(mRetired.size());
+    mRetired.clear();
 }
 
 std::uint32_t PageFile::AppendPage() {
@@ -302,7 +314,8 @@ std::uint32_t PageFile::AppendPage() {
 }
 
 void PageFile::Reserve(std::uint32_t pages) const {
-    if (mPageCount > mLimits.MaxPages || pages > mLimits.MaxPages - mPageCount) {
+    const std::uint32_t appendable = mLimits.MaxPages - std::min(mPageCount, mLimits.MaxPages);
+    if (pages + mPromised > std::int64_t{appendable} + mFreePages) {
         throw OpenError(MaximumSize, Path());
     }
 }
@@ -310,29 +323,63 @@ void PageFile::Reserve(std::uint32_t pages) const {
 // PageFile: writing
 
 void PageFile::Settle() {
-    if (!IsShared() && mChangedCount * 2 > mFrameLimit) WriteChanged();
+    if (mChangedNewCount * 2 > mFrameLimit) WriteChanged(Pages::New);
 }
 
-void PageFile::Flush() {
-    WriteChanged();
+void PageFile::Checkpoint() {
+    WriteChanged(Pages::All);
+    if (IsShared()) return;
     try {
         const std::uint64_t length = std::uint64_t{mPageCount} * PageSize();
-        if (!IsShared() && mFile->Length() < length) mFile->SetLength(length);
+        if (mFile->Length() < length) mFile->SetLength(length);
     } catch (const platform::Error& error) {
-        throw TranslateWrite(error, Path());
+        FailWriting(error);
     }
+    mIsNew.clear();
+    mChangedNewCount = 0;
+    FreeRetired();
 }
 
 void PageFile::Sync() {
-    Flush();
+    Checkpoint();
+    WriteChanged(Pages::All);  // the global map knows now of the pages that Checkpoint gave back
     try {
         if (IsWritable()) mFile->Sync();
     } catch (const platform::Error& error) {
-        throw TranslateWrite(error, Path());
+        FailWriting(error);
     }
 }
 
-void PageFile::WriteChanged() {
+void PageFile::FailWriting(const platform::Error& error) {
+    platform::Error translated = TranslateWrite(error, Path());
+    if (!IsShared()) mFailure = translated;
+    throw translated;
+}
+
+/// The place of a changed page in the order of writing: what is led to comes before what leads to it.
+int PageFile::WriteRank(const Frame& frame) const {
+    if (IsNew(frame.Number)) return 0;
+    if (frame.Number == GlobalMapPage) return 2;
+    const std::uint8_t* page = frame.Bytes.get();
+    switch (static_cast<PageType>(page[0])) {
+        case PageType::Bitmap:
+            return 1;  // of the global map: those of other maps are new
+        case PageType::Data:
+            if (LoadU32(page + PageOwner) == LongValueOwner) return 3;
+            return LoadU32(page + PageOwner) == MapOwner ? 7 : 4;
+        case PageType::IndexLeaf:
+            return 5;
+        case PageType::IndexNode:
+            return 6;
+        case PageType::TableDef:
+            return 8;
+        default:
+            return 9;
+    }
+}
+
+void PageFile::WriteChanged(Pages which) {
+    if (mFailure) throw platform::Error(*mFailure);
     if (mChangedCount == 0) return;
     struct Entry {
         int Rank;
@@ -342,8 +389,8 @@ void PageFile::WriteChanged() {
     std::vector<Entry> order;
     order.reserve(mChangedCount);
     for (const auto& frame : mFrames) {
-        if (!frame->Changed) continue;
-        order.push_back({WriteRank(frame->Bytes.get(), frame->Number), frame->Number, frame.get()});
+        if (!frame->Changed || (which == Pages::New && !IsNew(frame->Number))) continue;
+        order.push_back({WriteRank(*frame), frame->Number, frame.get()});
     }
     std::ranges::sort(order, [](const Entry& a, const Entry& b) {
         return a.Rank != b.Rank ? a.Rank < b.Rank : a.Number < b.Number;
@@ -370,13 +417,12 @@ void PageFile::WriteRun(std::span<Frame* const> run) {
         mFile->WriteAt(std::uint64_t{run.front()->Number} * PageSize(),
                        std::as_bytes(std::span(mWriteBuffer)));
     } catch (const platform::Error& error) {
-        throw TranslateWrite(error, Path());
+        FailWriting(error);
     }
     for (Frame* frame : run) {
         // Whoever holds the page may still be changing it: it stays changed.
         if (frame->Pins > 0) continue;
-        frame->Changed = false;
-        --mChangedCount;
+        MarkWritten(*frame);
         if (!IsShared()) continue;
         Forget(*frame);
         mFreeFrames.push_back(frame);
@@ -403,7 +449,7 @@ SharedChange::~SharedChange() {
 }
 
 void SharedChange::Commit() {
-    if (mFile.IsShared()) mFile.Flush();
+    if (mFile.IsShared()) mFile.Checkpoint();
     mCommitted = true;
 }
 

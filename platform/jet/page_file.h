@@ -1,17 +1,22 @@
 // A database file as numbered pages: opening and creating it, a bounded cache of its pages, allocation of
 // pages, the advisory lock and the order in which changed pages reach the disk.
 //
-// Pages are handed out as PageHandles that pin them in the cache. In an Exclusive file (our own new target)
-// changed pages stay in the cache until Flush, or until Settle finds that they fill half of it. In a Shared
-// file (one that another program may have open) nothing outlives its last handle: a page is read when it is
-// asked for, and the changes of one SharedChange are written when it commits.
+// Pages are handed out as PageHandles that pin them in the cache. In a Shared file (one that another program
+// may have open) nothing outlives its last handle: a page is read when it is asked for, and the changes of
+// one SharedChange are written when it commits.
 //
-// Changed pages are written in an order that leaves the file readable when the process is killed in between:
-// long values, rows, index leaves, index nodes, usage maps, table definitions, the global map, the header.
+// An Exclusive file (our own new target) goes from one checkpoint to the next, and what the disk holds is at
+// any moment the state of the last one, even when the process is killed. Pages allocated since then are new:
+// nothing on the disk leads to them, so they may be written at any time. All others are old and are written
+// by Checkpoint only, when the new ones are there: the global map first, then what leads to the new pages,
+// table definitions last. A page that was old when it was freed is taken again after the next checkpoint
+// only. Who changes an Exclusive file therefore puts what he changes on new pages and switches to them in one
+// page, the first of a table's definition.
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -102,24 +107,34 @@ class PageFile {
     /// holds there.
     PageHandle MakeNew(std::uint32_t page, PageType type);
 
-    /// Takes the lowest free page, or appends one; the global map knows at once. Raises 3036 at the limit.
-    std::uint32_t Allocate();
+    /// Takes the lowest free page that is not below the given one, or appends one; the global map knows at
+    /// once. Raises 3036 at the limit.
+    std::uint32_t Allocate(std::uint32_t from = 0);
 
-    /// Gives a page back to the global map.
+    /// Gives a page back to the global map; an old page of an Exclusive file at the next checkpoint.
     void Free(std::uint32_t page);
+
+    /// Whether the page was allocated since the last checkpoint of an Exclusive file. All pages of a Shared
+    /// file are old.
+    bool IsNew(std::uint32_t page) const { return page < mIsNew.size() && mIsNew[page]; }
 
     /// Raises 3036 unless that many further pages can be allocated. Called before a change that must be done
     /// whole or not at all.
     void Reserve(std::uint32_t pages) const;
 
-    /// Called between two changes, while all pages agree with each other: writes the changed pages of an
-    /// Exclusive file back once they take up half of the cache.
+    /// Pages that waiting changes will allocate, more or fewer than before. Reserve keeps them free.
+    void Promise(std::int64_t pages) { mPromised += pages; }
+
+    /// Called between two changes: writes the changed new pages of an Exclusive file once they take up half
+    /// of the cache.
     void Settle();
 
-    /// Writes every changed page. Raises 3026 (disk full), 3027 (opened for reading only), 3043.
-    void Flush();
+    /// Writes every changed page; from now on no page is new. Raises 3026 (disk full), 3027 (opened for
+    /// reading only), 3043. An Exclusive file that could not be written once stays as it is: every further
+    /// call raises the same.
+    void Checkpoint();
 
-    /// Flush, then hands everything to the disk.
+    /// Checkpoint, gives the freed pages back, then hands everything to the disk.
     void Sync();
 
     /// The error of a structure that cannot be right, 3428, with the file's path.
@@ -144,9 +159,15 @@ class PageFile {
     void Forget(Frame& frame) noexcept;
     void Unpin(Frame& frame) noexcept;
     void MarkChanged(Frame& frame);
+    void MarkWritten(Frame& frame) noexcept;
+    void MarkNew(std::uint32_t page);
     void DiscardChanges() noexcept;
-    void WriteChanged();
+    enum class Pages { New, All };
+    void WriteChanged(Pages which);
+    int WriteRank(const Frame& frame) const;
     void WriteRun(std::span<Frame* const> run);
+    [[noreturn]] void FailWriting(const platform::Error& error);
+    void FreeRetired();
 
     std::unique_ptr<platform::File> mFile;
     Sharing mSharing;
@@ -159,7 +180,13 @@ class PageFile {
     std::size_t mFrameLimit;
     std::size_t mClockHand = 0;
     std::size_t mChangedCount = 0;
+    std::size_t mChangedNewCount = 0;
+    std::vector<bool> mIsNew;             // by page
+    std::vector<std::uint32_t> mRetired;  // freed, but what the disk holds still uses them
+    std::uint32_t mFreePages = 0;         // given back to the global map and not taken again
+    std::int64_t mPromised = 0;
     std::vector<std::uint8_t> mWriteBuffer;
+    std::optional<platform::Error> mFailure;  // of the first write of an Exclusive file that failed
     std::unique_ptr<PageAllocator> mAllocator;
 };
 

@@ -112,8 +112,8 @@ RealIndex DefineIndex(const TableDef& table, std::u16string_view tableName, cons
     return index;
 }
 
-RowPointer MapRows::Add() {
-    const std::vector<std::uint8_t> empty(mFile.Format().MapRowLength, 0);
+RowPointer MapRows::Add(std::size_t length) {
+    const std::vector<std::uint8_t> empty(length == 0 ? mFile.Format().MapRowLength : length, 0);
     if (mPage == 0 || !DataPage(mFile, mPage).HasRoom(empty.size())) {
         mPage = mFile.Allocate();
         DataPage::Make(mFile, mPage, MapOwner);

@@ -51,8 +51,8 @@ class MapRows {
     /// Begins with a page that holds maps already; 0 = a new one.
     explicit MapRows(PageFile& file, std::uint32_t page = 0) : mFile(file), mPage(page) {}
 
-    /// An empty map.
-    RowPointer Add();
+    /// An empty map; of the usual length when none is given.
+    RowPointer Add(std::size_t length = 0);
 
   private:
     PageFile& mFile;

@@ -66,7 +66,11 @@ void AddPermissionRow(Table& aces, const PermissionRow& row) {
     aces.Insert(values);
 }
 
-SystemCatalog::SystemCatalog(PageFile& file) : mObjects(file, ObjectsPage), mAces(file, AcesPage) {
+SystemCatalog::SystemCatalog(PageFile& file)
+    : mObjectsTable(std::make_shared<Table>(file, ObjectsPage)),
+      mAcesTable(std::make_shared<Table>(file, AcesPage)),
+      mObjects(*mObjectsTable),
+      mAces(*mAcesTable) {
     for (const std::u16string_view column : {u"Id", u"ParentId", u"Name", u"Type", u"Flags"}) {
         Position(mObjects, column);
     }
@@ -140,9 +144,8 @@ Binary SystemCatalog::BearerOfAllUsers() const {
     return OwnerOfDatabase();
 }
 
-void SystemCatalog::WriteCounts() {
-    mObjects.WriteCounts();
-    mAces.WriteCounts();
+std::map<std::uint32_t, std::shared_ptr<Table>> SystemCatalog::Tables() const {
+    return {{ObjectsPage, mObjectsTable}, {AcesPage, mAcesTable}};
 }
 
 }  // namespace jet

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -53,7 +54,8 @@ class SystemCatalog {
     /// Puts a new table into the list and gives its permissions.
     void AddTable(std::u16string_view name, std::uint32_t definitionPage);
 
-    void WriteCounts();
+    /// The two tables, by the pages of their definitions. Whoever works on them works on these.
+    std::map<std::uint32_t, std::shared_ptr<Table>> Tables() const;
 
   private:
     template <typename Visit>
@@ -61,8 +63,10 @@ class SystemCatalog {
     Binary OwnerOfDatabase() const;
     Binary BearerOfAllUsers() const;
 
-    Table mObjects;
-    Table mAces;
+    std::shared_ptr<Table> mObjectsTable;
+    std::shared_ptr<Table> mAcesTable;
+    Table& mObjects;
+    Table& mAces;
 };
 
 }  // namespace jet

@@ -167,13 +167,13 @@ void CreateSystemTables(PageFile& file) {
 
     Table objects(file, ObjectsPage);
     AddObjects(objects);
-    objects.WriteCounts();
+    objects.Publish();
     Table aces(file, AcesPage);
     for (const Permission& permission : SystemPermissions) {
         AddPermissionRow(aces, {permission.ObjectId, BinaryOf(permission.Bearer), permission.Access,
                                 permission.Inheritable});
     }
-    aces.WriteCounts();
+    aces.Publish();
 }
 
 }  // namespace jet

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <utility>
 
 #include "platform/jet/bytes.h"
 #include "platform/jet/long_value.h"
 #include "platform/jet/row_writer.h"
+#include "platform/jet/schema.h"
 #include "platform/jet/text_codec.h"
 
 namespace jet {
@@ -16,6 +18,8 @@ namespace {
 constexpr unsigned MostMoves = 8;  // of one row, before its pointers count as a cycle
 constexpr std::size_t MovedPointerLength = 4;
 constexpr std::size_t LongestFixed = 17;
+constexpr std::size_t MostWaitingBytes = std::size_t{32} << 20;
+constexpr std::uint32_t LeastMapsOnPage = 25;  // of the longest rows that a new map has in either version
 
 bool IsNull(const Value& value) {
     return std::holds_alternative<std::monostate>(value);
@@ -26,7 +30,7 @@ bool IsNull(const Value& value) {
 Table::Table(PageFile& file, std::uint32_t definitionPage)
     : mFile(file), mDefinition(ReadTableDef(file, definitionPage)), mOwnedPages(file, mDefinition.OwnedMap) {
     for (const RealIndex& index : mDefinition.RealIndexes) {
-        mIndexes.push_back(std::make_unique<OpenIndex>(OpenIndex{TableIndex(file, mDefinition, index), {}}));
+        mIndexes.push_back(std::make_unique<OpenIndex>(file, mDefinition, index));
     }
 }
 
@@ -97,22 +101,65 @@ RowPointer Table::Insert(std::span<const Value> values) {
     if (mFile.FileVersion() == Version::Jet3) throw DataError(ReadOnlyDatabase);
     if (values.size() != mDefinition.Columns.size()) throw DataError(InvalidDataArgument);
     SharedChange change(mFile);
-    if (mFile.IsShared()) ReadTableCounts(mFile, mDefinition);
+    BeginChange();
     if (!mWriter) mWriter = std::make_unique<RowWriter>(mFile, mDefinition);
 
     mWriter->Encode(values);
     CheckKeys(values);
-    const auto indexes = static_cast<std::uint32_t>(mIndexes.size());
-    mFile.Reserve(mWriter->MostNewPages() + indexes * IndexTree::MostNewPages);
+    mFile.Reserve(mWriter->MostNewPages() + PagesForEntries());
 
     const RowPointer row = mWriter->Write();
     AddEntries(row);
     ++mDefinition.RowCount;
     mCountsChanged = true;
-    if (mFile.IsShared()) WriteCounts();
+    if (mFile.IsShared()) Publish();
     change.Commit();
     mFile.Settle();
     return row;
+}
+
+/// Brings the table into a state that can be changed.
+void Table::BeginChange() {
+    if (mFile.IsShared()) {
+        ReadTableCounts(mFile, mDefinition);
+    } else if (!mFile.IsNew(mDefinition.OwnedMap.Page)) {
+        MoveMaps();
+    }
+}
+
+/// All the table's maps. They stand on one page or, when that is full, on several.
+std::vector<RowPointer*> Table::Maps() {
+    std::vector<RowPointer*> maps{&mDefinition.OwnedMap, &mDefinition.FreeMap};
+    for (LongValueMaps& column : mDefinition.LongValues) {
+        maps.push_back(&column.Owned);
+        maps.push_back(&column.Free);
+    }
+    for (RealIndex& index : mDefinition.RealIndexes) maps.push_back(&index.Map);
+    return maps;
+}
+
+/// Moves the maps to a new page. The old one is freed when no other table's maps stand on it.
+void Table::MoveMaps() {
+    const std::vector<RowPointer*> maps = Maps();
+    auto pages = static_cast<std::uint32_t>(maps.size() / LeastMapsOnPage + 1);
+    for (const RowPointer* place : maps) pages += UsageMap(mFile, *place).BitmapPageCount();
+    mFile.Reserve(pages);
+    std::map<std::uint32_t, unsigned> left;  // how many maps leave a page
+    MapRows rows(mFile);
+    for (RowPointer* place : maps) {
+        ++left[place->Page];
+        UsageMap map(mFile, *place);
+        map.MoveTo(rows.Add(DataPage(mFile, place->Page).Slot(place->Row).Length));
+        *place = map.Row();
+    }
+    for (const auto& [page, count] : left) {
+        if (DataPage(mFile, page).RowCount() == count) mFile.Free(page);
+    }
+    mOwnedPages = UsageMap(mFile, mDefinition.OwnedMap);
+    for (std::size_t i = 0; i < mIndexes.size(); ++i)
+        mIndexes[i]->Rules.Tree().SetPages(UsageMap(mFile, mDefinition.RealIndexes[i].Map));
+    mWriter.reset();
+    mPlacesChanged = true;
 }
 
 void Table::CheckKeys(std::span<const Value> values) {
@@ -125,12 +172,20 @@ void Table::CheckKeys(std::span<const Value> values) {
     }
 }
 
+std::uint32_t Table::PagesForEntries() {
+    std::uint32_t pages = 0;
+    for (const auto& index : mIndexes) {
+        if (index->Rules.Lists(index->Key)) pages += index->Rules.PagesToAdd(index->Key);
+    }
+    return pages;
+}
+
 void Table::AddEntries(RowPointer row) {
     for (std::size_t i = 0; i < mIndexes.size(); ++i) {
         OpenIndex& index = *mIndexes[i];
         if (!index.Rules.Lists(index.Key)) continue;
-        index.Rules.Tree().Insert(index.Key.Bytes, row);
-        if (index.IsNew) ++mDefinition.RealIndexes[i].Distinct;
+        index.Rules.Add(index.Key, row);
+        if (mFile.IsShared() && index.IsNew) ++mDefinition.RealIndexes[i].Distinct;
     }
 }
 
@@ -140,7 +195,8 @@ void Table::UpdateFixed(RowPointer row, std::size_t column, const Value& value) 
     const Column& definition = mDefinition.Columns[column];
     if (!definition.IsFixed()) throw DataError(NotSupported);
     SharedChange change(mFile);
-    if (mFile.IsShared()) ReadTableCounts(mFile, mDefinition);
+    BeginChange();
+    for (std::size_t i = 0; i < mIndexes.size(); ++i) MergeWaiting(i);
 
     Place place = Locate(row);
     const RowReader reader(mFile, mDefinition, place.Page.Row(place.Row));
@@ -150,7 +206,7 @@ void Table::UpdateFixed(RowPointer row, std::size_t column, const Value& value) 
 
     StoreFixed(place, reader, definition, value);
     MoveEntries(row, changed);
-    if (mFile.IsShared()) WriteCounts();
+    if (mFile.IsShared()) Publish();
     change.Commit();
     mFile.Settle();
 }
@@ -210,19 +266,38 @@ void Table::StoreFixed(Place& place, const RowReader& reader, const Column& colu
 
 // Indexes
 
+const IndexTree& Table::Index(std::size_t realIndex) {
+    MergeWaiting(realIndex);
+    return mIndexes[realIndex]->Rules.Tree();
+}
+
+void Table::MergeWaiting(std::size_t realIndex) {
+    RealIndex& index = mDefinition.RealIndexes[realIndex];
+    TableIndex& rules = mIndexes[realIndex]->Rules;
+    index.Distinct += rules.MergeWaiting();
+    mPlacesChanged = mPlacesChanged || index.RootPage != rules.Tree().RootPage();
+    index.RootPage = rules.Tree().RootPage();
+}
+
 void Table::AddIndex(RealIndex index, LogicalIndex name) {
-    auto open = std::make_unique<OpenIndex>(OpenIndex{TableIndex(mFile, mDefinition, index), {}});
+    BeginChange();
+    MapRows maps(mFile, mDefinition.RealIndexes.empty() ? mDefinition.FreeMap.Page
+                                                        : mDefinition.RealIndexes.back().Map.Page);
+    PlaceIndex(mFile, mDefinition.Page, index, maps);
+    auto open = std::make_unique<OpenIndex>(mFile, mDefinition, index);
     try {
         BuildIndex(index, *open);
     } catch (...) {
+        open->Rules.DropWaiting();
         FreeIndexPages(index);
         throw;
     }
+    index.RootPage = open->Rules.Tree().RootPage();
     mDefinition.RealIndexes.push_back(std::move(index));
     mDefinition.LogicalIndexes.push_back(std::move(name));
     mIndexes.push_back(std::move(open));
     WriteTableDef(mFile, mDefinition);
-    mCountsChanged = false;
+    mCountsChanged = mPlacesChanged = false;
 }
 
 void Table::BuildIndex(RealIndex& index, OpenIndex& open) {
@@ -238,11 +313,15 @@ void Table::BuildIndex(RealIndex& index, OpenIndex& open) {
         open.Rules.MakeKey(values, open.Key);
         open.Rules.CheckNulls(open.Key);
         if (!open.Rules.Lists(open.Key)) continue;
-        if (open.Rules.CheckDuplicate(open.Key)) ++index.Distinct;
-        open.Rules.Tree().Insert(open.Key.Bytes, *row);
+        const bool isNew = open.Rules.CheckDuplicate(open.Key);
+        mFile.Reserve(open.Rules.PagesToAdd(open.Key));
+        open.Rules.Add(open.Key, *row);
+        if (mFile.IsShared() && isNew) ++index.Distinct;
         ++index.Entries;
+        if (open.Rules.WaitingBytes() > MostWaitingBytes) index.Distinct += open.Rules.MergeWaiting();
         mFile.Settle();
     }
+    index.Distinct += open.Rules.MergeWaiting();
 }
 
 void Table::FreeIndexPages(const RealIndex& index) {
@@ -253,9 +332,20 @@ void Table::FreeIndexPages(const RealIndex& index) {
     }
 }
 
-void Table::WriteCounts() {
-    if (!std::exchange(mCountsChanged, false)) return;
-    WriteTableCounts(mFile, mDefinition);
+void Table::Publish() {
+    for (std::size_t i = 0; i < mIndexes.size(); ++i) MergeWaiting(i);
+    if (mPlacesChanged) {
+        WriteTablePlaces(mFile, mDefinition);
+    } else if (mCountsChanged) {
+        WriteTableCounts(mFile, mDefinition);
+    }
+    mCountsChanged = mPlacesChanged = false;
+}
+
+std::size_t Table::WaitingBytes() const {
+    std::size_t bytes = 0;
+    for (const auto& index : mIndexes) bytes += index->Rules.WaitingBytes();
+    return bytes;
 }
 
 }  // namespace jet

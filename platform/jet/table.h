@@ -1,8 +1,9 @@
 // A table: its rows, read one by one or added with all their index entries. A row is named by the RowPointer
 // of its first place, which never changes. Values stand in the order of Definition().Columns.
 //
-// Row count and index statistics are kept in memory and reach the file with WriteCounts; in a Shared file
-// with every change.
+// In a Shared file every change is in the file when it returns. In an Exclusive one rows go to new pages,
+// index entries wait, and the table's maps are moved to a new page by the first change behind a checkpoint:
+// what the disk holds of the table stays as it is until Publish and, behind it, the file's checkpoint.
 #pragma once
 
 #include <cstdint>
@@ -54,16 +55,19 @@ class Table {
     std::optional<RowPointer> FirstRow() const;
     std::optional<RowPointer> NextRow(RowPointer row) const;
 
-    /// The tree of a real index, by its number. The reference lives as long as the table.
-    const IndexTree& Index(std::size_t realIndex) const { return mIndexes[realIndex]->Rules.Tree(); }
+    /// The tree of a real index, by its number, with all entries in it. The reference lives as long as the
+    /// table; entries of rows that are added later are in the tree when it is asked for again.
+    const IndexTree& Index(std::size_t realIndex);
 
-    /// Adds an index whose map and root page are made already, and builds it over the rows there are. Raises
-    /// 3058, 3022 and 3047 for rows that it forbids; the definition is unchanged then and the index's pages
-    /// are free again.
+    /// Adds an index, building it over the rows there are. Raises 3058, 3022 and 3047 for rows that it
+    /// forbids; the definition is unchanged then and the index's pages are free again.
     void AddIndex(RealIndex index, LogicalIndex name);
 
-    /// Writes row count and statistics into the definition's page when they have changed.
-    void WriteCounts();
+    /// Brings definition and indexes up to date with the rows.
+    void Publish();
+
+    /// Memory of the index entries that wait.
+    std::size_t WaitingBytes() const;
 
   private:
     struct Place {
@@ -73,6 +77,9 @@ class Table {
 
     /// An index of the table, and the key of the row in hand.
     struct OpenIndex {
+        OpenIndex(PageFile& file, const TableDef& table, const RealIndex& index)
+            : Rules(file, table, index) {}
+
         TableIndex Rules;
         RowKey Key;
         bool IsNew = false;  // no row had that key before
@@ -87,7 +94,12 @@ class Table {
     Place Locate(RowPointer row) const;
     Value ReadValue(const RowReader& reader, const Column& column) const;
     std::optional<RowPointer> RowFrom(std::uint32_t page, unsigned row) const;
+    void BeginChange();
+    void MoveMaps();
+    std::vector<RowPointer*> Maps();
+    void MergeWaiting(std::size_t realIndex);
     void CheckKeys(std::span<const Value> values);
+    std::uint32_t PagesForEntries();
     void AddEntries(RowPointer row);
     std::vector<ChangedKey> ChangedKeys(const RowReader& reader, std::size_t column, const Value& value);
     void MoveEntries(RowPointer row, std::span<const ChangedKey> changed);
@@ -101,6 +113,7 @@ class Table {
     std::vector<std::unique_ptr<OpenIndex>> mIndexes;
     std::unique_ptr<RowWriter> mWriter;  // made with the first row that is added
     bool mCountsChanged = false;
+    bool mPlacesChanged = false;
 };
 
 }  // namespace jet

@@ -85,6 +85,13 @@ Bytes ReadString(PageFile& file, std::uint32_t first) {
     return bytes;
 }
 
+/// Where in a definition's string the rows' places stand: for each real index its block, for each long-value
+/// column (in the order of TableDef::LongValues) its entry.
+struct PlaceOffsets {
+    std::vector<std::size_t> RealIndexes;
+    std::vector<std::size_t> LongValues;
+};
+
 /// Takes the string apart from front to back; every step checks that it stays inside.
 class DefinitionReader {
   public:
@@ -103,6 +110,9 @@ class DefinitionReader {
         std::ranges::stable_sort(mDefinition.Columns, ColumnBefore);
         return std::move(mDefinition);
     }
+
+    /// Known once Read has returned.
+    const PlaceOffsets& Offsets() const { return mOffsets; }
 
   private:
     const std::uint8_t* Take(std::size_t length) {
@@ -185,6 +195,7 @@ class DefinitionReader {
 
     void ReadRealIndexes() {
         for (RealIndex& index : mDefinition.RealIndexes) {
+            mOffsets.RealIndexes.push_back(mAt);
             const std::uint8_t* block = Take(mFormat.RealIndexLength);
             const std::uint8_t* slot = block + mFormat.RealIndexKeysAt;
             for (unsigned i = 0; i < MaxIndexColumns; ++i, slot += KeySlotLength) {
@@ -215,6 +226,7 @@ class DefinitionReader {
 
     void ReadLongValues() {
         while (mBytes.size() - mAt >= TrailerEntryLength && LoadU16(&mBytes[mAt]) != TrailerEnd) {
+            mOffsets.LongValues.push_back(mAt);
             const std::uint8_t* entry = Take(TrailerEntryLength);
             mDefinition.LongValues.push_back({LoadU16(entry),
                                               RowPointer::FromDword(LoadU32(entry + TrailerOwnedAt)),
@@ -230,7 +242,29 @@ class DefinitionReader {
     std::uint32_t mRealCount = 0;
     std::uint32_t mLogicalCount = 0;
     TableDef mDefinition;
+    PlaceOffsets mOffsets;
 };
+
+void StoreIndexPlace(std::uint8_t* block, const RealIndex& index) {
+    StoreU32(block + Jet4Layout.RealIndexMapAt, index.Map.Dword());
+    StoreU32(block + Jet4Layout.RealIndexRootAt, index.RootPage);
+}
+
+void StoreLongValuePlace(std::uint8_t* entry, const LongValueMaps& maps) {
+    StoreU32(entry + TrailerOwnedAt, maps.Owned.Dword());
+    StoreU32(entry + TrailerFreeAt, maps.Free.Dword());
+}
+
+/// What changes with the rows, in the string's beginning, which stands on the first page.
+void StoreCounts(std::uint8_t* string, const Layout& format, const TableDef& definition) {
+    StoreU32(string + format.TableRowsAt, definition.RowCount);
+    StoreU32(string + format.AutoNumberAt, definition.LastAutoNumber);
+    std::uint8_t* block = string + format.TableHeaderLength;
+    for (const RealIndex& index : definition.RealIndexes) {
+        StoreU32(block + StatisticsDistinctAt, index.Distinct);
+        block += format.StatisticsLength;
+    }
+}
 
 /// Puts the Jet 4 string together; the mirror of DefinitionReader.
 class DefinitionWriter {
@@ -308,8 +342,7 @@ class DefinitionWriter {
             StoreU16(slot, used ? index.Columns[i].ColumnNumber : UnusedSlot);
             slot[2] = used && index.Columns[i].Ascending ? 1 : 0;
         }
-        StoreU32(block + mFormat.RealIndexMapAt, index.Map.Dword());
-        StoreU32(block + mFormat.RealIndexRootAt, index.RootPage);
+        StoreIndexPlace(block, index);
         block[mFormat.RealIndexFlagsAt] = index.Flags;
     }
 
@@ -330,8 +363,7 @@ class DefinitionWriter {
     void AppendLongValue(const LongValueMaps& maps) {
         std::uint8_t* entry = Append(TrailerEntryLength);
         StoreU16(entry, maps.ColumnNumber);
-        StoreU32(entry + TrailerOwnedAt, maps.Owned.Dword());
-        StoreU32(entry + TrailerFreeAt, maps.Free.Dword());
+        StoreLongValuePlace(entry, maps);
     }
 
     const TableDef& mTable;
@@ -351,9 +383,14 @@ void SortParts(TableDef& table) {
     });
 }
 
-/// Makes the chain exactly as long as a string of that length needs.
+/// Makes the chain exactly as long as a string of that length needs. In an Exclusive file the pages behind
+/// the first one are new ones, so that the first switches to them.
 std::vector<std::uint32_t> FitChain(PageFile& file, std::uint32_t first, std::size_t length) {
     std::vector<std::uint32_t> pages = ChainPages(file, first);
+    while (!file.IsShared() && pages.size() > 1 && !file.IsNew(pages.back())) {
+        file.Free(pages.back());
+        pages.pop_back();
+    }
     const std::size_t perPage = file.PageSize() - ContinuationAt;
     const std::size_t needed = (length - ContinuationAt + perPage - 1) / perPage;
     while (pages.size() < needed) {
@@ -362,6 +399,25 @@ std::vector<std::uint32_t> FitChain(PageFile& file, std::uint32_t first, std::si
     }
     for (; pages.size() > needed; pages.pop_back()) file.Free(pages.back());
     return pages;
+}
+
+void WriteString(PageFile& file, std::uint32_t first, std::span<const std::uint8_t> bytes) {
+    const std::vector<std::uint32_t> pages = FitChain(file, first, bytes.size());
+
+    // The string carries room for the first page's header; further pages get theirs in front of their part.
+    std::size_t at = ContinuationAt;
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        PageHandle handle = file.MakeNew(pages[i], PageType::TableDef);
+        const std::size_t part = std::min(bytes.size() - at, file.PageSize() - ContinuationAt);
+        const std::size_t end = ContinuationAt + part;
+        std::uint8_t* page = handle.Change();
+        std::ranges::copy(bytes.subspan(at, part), page + ContinuationAt);
+        // The free bytes are counted as if a header followed; a full page has none.
+        const std::size_t free = file.PageSize() - end;
+        StoreU16(page + PageFreeAt, static_cast<std::uint16_t>(free - std::min(free, ContinuationAt)));
+        StoreU32(page + NextPageAt, i + 1 < pages.size() ? pages[i + 1] : 0);
+        at += part;
+    }
 }
 
 }  // namespace
@@ -415,23 +471,27 @@ TableDef ReadTableDef(PageFile& file, std::uint32_t page) {
 
 void WriteTableDef(PageFile& file, TableDef& definition) {
     SortParts(definition);
-    const Bytes bytes = DefinitionWriter(definition).Write();
-    const std::vector<std::uint32_t> pages = FitChain(file, definition.Page, bytes.size());
+    WriteString(file, definition.Page, DefinitionWriter(definition).Write());
+}
 
-    // The string carries room for the first page's header; further pages get theirs in front of their part.
-    std::size_t at = ContinuationAt;
-    for (std::size_t i = 0; i < pages.size(); ++i) {
-        PageHandle handle = file.MakeNew(pages[i], PageType::TableDef);
-        const std::size_t part = std::min(bytes.size() - at, file.PageSize() - ContinuationAt);
-        const std::size_t end = ContinuationAt + part;
-        std::uint8_t* page = handle.Change();
-        std::ranges::copy(std::span(bytes).subspan(at, part), page + ContinuationAt);
-        // The free bytes are counted as if a header followed; a full page has none.
-        const std::size_t free = file.PageSize() - end;
-        StoreU16(page + PageFreeAt, static_cast<std::uint16_t>(free - std::min(free, ContinuationAt)));
-        StoreU32(page + NextPageAt, i + 1 < pages.size() ? pages[i + 1] : 0);
-        at += part;
+void WriteTablePlaces(PageFile& file, const TableDef& definition) {
+    const Layout& format = file.Format();
+    DefinitionReader reader(file, definition.Page);
+    const TableDef stored = reader.Read();
+    const PlaceOffsets& offsets = reader.Offsets();
+    if (stored.RealIndexes.size() != definition.RealIndexes.size() ||
+        stored.LongValues.size() != definition.LongValues.size()) {
+        throw file.Damaged();
     }
+    Bytes bytes = ReadString(file, definition.Page);
+    StoreCounts(bytes.data(), format, definition);
+    StoreU32(&bytes[format.OwnedMapAt], definition.OwnedMap.Dword());
+    StoreU32(&bytes[format.FreeMapAt], definition.FreeMap.Dword());
+    for (std::size_t i = 0; i < offsets.RealIndexes.size(); ++i)
+        StoreIndexPlace(&bytes[offsets.RealIndexes[i]], definition.RealIndexes[i]);
+    for (std::size_t i = 0; i < offsets.LongValues.size(); ++i)
+        StoreLongValuePlace(&bytes[offsets.LongValues[i]], definition.LongValues[i]);
+    WriteString(file, definition.Page, bytes);
 }
 
 void ReadTableCounts(PageFile& file, TableDef& definition) {
@@ -447,16 +507,8 @@ void ReadTableCounts(PageFile& file, TableDef& definition) {
 }
 
 void WriteTableCounts(PageFile& file, const TableDef& definition) {
-    const Layout& format = file.Format();
     PageHandle handle = file.Read(definition.Page, PageType::TableDef);
-    std::uint8_t* page = handle.Change();
-    StoreU32(page + format.TableRowsAt, definition.RowCount);
-    StoreU32(page + format.AutoNumberAt, definition.LastAutoNumber);
-    std::uint8_t* block = page + format.TableHeaderLength;
-    for (const RealIndex& index : definition.RealIndexes) {
-        StoreU32(block + StatisticsDistinctAt, index.Distinct);
-        block += format.StatisticsLength;
-    }
+    StoreCounts(handle.Change(), file.Format(), definition);
 }
 
 }  // namespace jet

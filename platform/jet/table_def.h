@@ -131,6 +131,11 @@ TableDef ReadTableDef(PageFile& file, std::uint32_t page);
 /// and logical indexes into the order that the file wants; allocates and frees its further pages.
 void WriteTableDef(PageFile& file, TableDef& definition);
 
+/// Writes what changes with the rows of a Jet 4 table of an Exclusive file, with the rows' places: its maps,
+/// and the maps and root pages of its indexes. Nothing of it is on the disk before the definition's first
+/// page is.
+void WriteTablePlaces(PageFile& file, const TableDef& definition);
+
 /// What changes with the rows: row count, last autonumber, distinct keys of each index. Read again where
 /// another program may have added rows, and written without the rest of the definition.
 void ReadTableCounts(PageFile& file, TableDef& definition);

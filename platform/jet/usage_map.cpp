@@ -23,6 +23,15 @@ std::optional<std::uint32_t> NextBit(std::span<const std::uint8_t> bitmap, std::
     return std::nullopt;
 }
 
+std::optional<std::uint32_t> LastBit(std::span<const std::uint8_t> bitmap) {
+    for (std::size_t i = bitmap.size(); i > 0; --i) {
+        if (bitmap[i - 1] == 0) continue;
+        return static_cast<std::uint32_t>((i - 1) * 8) +
+               static_cast<std::uint32_t>(std::bit_width(unsigned{bitmap[i - 1]})) - 1;
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 UsageMap::Extent UsageMap::Locate() const {
@@ -113,6 +122,52 @@ std::optional<std::uint32_t> UsageMap::Next(std::uint32_t from) const {
         return next ? std::optional(extent.FirstPage + *next) : std::nullopt;
     }
     return NextReferenced(extent, from);
+}
+
+std::optional<std::uint32_t> UsageMap::Last() const {
+    const Extent extent = Locate();
+    if (extent.Type == InlineMap) {
+        const auto last = LastBit({extent.Bytes() + InlineBitmapAt, extent.Length - InlineBitmapAt});
+        return last ? std::optional(extent.FirstPage + *last) : std::nullopt;
+    }
+    const std::uint32_t pagesPerBitmap = mFile->Format().PagesPerBitmap();
+    for (std::uint32_t range = extent.PageEnd(mFile->Format()) / pagesPerBitmap; range > 0; --range) {
+        const std::uint32_t bitmapPage =
+            LoadU32(extent.Bytes() + MapReferencesAt + (range - 1) * ReferenceSize);
+        if (bitmapPage == 0) continue;
+        const PageHandle bitmap = mFile->Read(bitmapPage, PageType::Bitmap);
+        const auto last = LastBit({bitmap.Data() + BitmapPageBitsAt, mFile->PageSize() - BitmapPageBitsAt});
+        if (last) return (range - 1) * pagesPerBitmap + *last;
+    }
+    return std::nullopt;
+}
+
+std::uint32_t UsageMap::BitmapPageCount() const {
+    const Extent extent = Locate();
+    std::uint32_t pages = 0;
+    if (extent.Type == InlineMap) return pages;
+    for (std::size_t at = MapReferencesAt; at + ReferenceSize <= extent.Length; at += ReferenceSize)
+        if (LoadU32(extent.Bytes() + at) != 0) ++pages;
+    return pages;
+}
+
+void UsageMap::MoveTo(RowPointer row) {
+    const Extent extent = Locate();
+    DataPage target(*mFile, row.Page);
+    const auto bytes = target.ChangeRow(row.Row);
+    if (bytes.size() != extent.Length) throw mFile->Damaged();
+    std::copy_n(extent.Bytes(), extent.Length, bytes.begin());
+    mRow = row;
+    if (extent.Type == InlineMap) return;
+    for (std::size_t at = MapReferencesAt; at + ReferenceSize <= bytes.size(); at += ReferenceSize) {
+        const std::uint32_t old = LoadU32(&bytes[at]);
+        if (old == 0) continue;
+        const std::uint32_t copy = mFile->Allocate();
+        std::copy_n(mFile->Read(old, PageType::Bitmap).Data(), mFile->PageSize(),
+                    mFile->MakeNew(copy, PageType::Bitmap).Change());
+        StoreU32(&bytes[at], copy);
+        mFile->Free(old);
+    }
 }
 
 std::optional<std::uint32_t> UsageMap::NextReferenced(const Extent& extent, std::uint32_t from) const {

@@ -43,6 +43,16 @@ class UsageMap {
     /// The lowest page of the map that is not below from.
     std::optional<std::uint32_t> Next(std::uint32_t from) const;
 
+    /// The highest page of the map.
+    std::optional<std::uint32_t> Last() const;
+
+    /// Bitmap pages that the map has.
+    std::uint32_t BitmapPageCount() const;
+
+    /// Copies the map, with the bitmap pages it has, to a row of the same length on another page, and frees
+    /// the bitmap pages. The map is that row from now on. Raises 3036 when the file is full.
+    void MoveTo(RowPointer row);
+
     /// Whether the map has a place for the page's bit already.
     bool Covers(std::uint32_t page) const { return Find(page).has_value(); }
 

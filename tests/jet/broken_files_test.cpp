@@ -17,7 +17,7 @@ using test::Row;
 constexpr std::size_t PageSize = 4096;
 
 /// A file with a table of 120 rows (long memos among them) and two indexes. Its places are known: the table's
-/// definition is page 16, its maps are page 17, its primary key's root is page 18.
+/// definition is page 16, its maps are page 17.
 class BrokenFiles : public test::NewDatabase {
   protected:
     BrokenFiles() {
@@ -30,6 +30,8 @@ class BrokenFiles : public test::NewDatabase {
                               std::u16string(length, u'm')});
         }
         mFirstRow = *table->FirstRow();
+        table->Publish();
+        mRoot = table->Definition().RealIndexes[0].RootPage;
         mDatabase->Close();
         mDatabase.reset();
         std::ifstream stream(Path(), std::ios::binary);
@@ -41,7 +43,9 @@ class BrokenFiles : public test::NewDatabase {
         std::ofstream(Path(), std::ios::binary | std::ios::trunc) << bytes;
         return test::NumberRaised([&] {
             const auto database = Database::Open(Path(), Sharing::Shared);
-            for (const std::u16string& name : database->TableNames()) {
+            std::vector<std::u16string> names = database->TableNames();
+            names.insert(names.end(), {u"MSysObjects", u"MSysACEs"});
+            for (const std::u16string& name : names) {
                 const auto table = database->FindTable(name);
                 if (table == nullptr) continue;
                 test::RowsOf(*table);
@@ -60,6 +64,7 @@ class BrokenFiles : public test::NewDatabase {
     }
 
     RowPointer mFirstRow;
+    std::uint32_t mRoot = 0;  // of the primary key
     std::string mBytes;
 };
 
@@ -75,9 +80,12 @@ TEST_F(BrokenFiles, CutAnywhere) {
     EXPECT_EQ(ReadEverything(mBytes.substr(0, 0x97)), 3343);
 }
 
+constexpr std::uint32_t FirstRowPage = 0;
+constexpr std::uint32_t RootPage = 1;
+
 struct Break {
     const char* Name;
-    std::uint32_t Page;  // 0 = the page of the first row
+    std::uint32_t Page;
     std::size_t Offset;
     std::uint32_t Dword;
     int Number;
@@ -87,28 +95,32 @@ class BrokenPlaces : public BrokenFiles, public testing::WithParamInterface<Brea
 
 TEST_P(BrokenPlaces, AreFound) {
     std::string bytes = mBytes;
-    const std::uint32_t page = GetParam().Page == 0 ? mFirstRow.Page : GetParam().Page;
+    const std::uint32_t page = GetParam().Page == FirstRowPage ? mFirstRow.Page
+                               : GetParam().Page == RootPage   ? mRoot
+                                                               : GetParam().Page;
     StoreU32(At(bytes, page, GetParam().Offset), GetParam().Dword);
     EXPECT_EQ(ReadEverything(bytes), GetParam().Number);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Places, BrokenPlaces,
-    testing::Values(
-        Break{"ObjectsDefinitionIsADataPage", 2, 0, 0x0D480101, 3049},
-        Break{"ObjectsDefinitionTooLong", 2, 8, 0x7FFFFFFF, 3049},
-        Break{"AcesDefinitionRunsInACircle", 3, 4, 3, 3049},
-        Break{"OwnedMapOnNoDataPage", 16, 0x37, 0x00001000, 3428},
-        Break{"OwnedMapSlotMissing", 16, 0x37, 0x000011FF, 3428},
-        Break{"OwnedMapOnATablesPage", 16, 0x37, 0x00000E00, 3428},
-        Break{"MapOfUnknownType", 17, PageSize - 69, 0x00000007, 3428},
-        Break{"MapNamesPagesBeyondTheEnd", 17, PageSize - 4, 0xFFFFFFFF, 3428},
-        Break{"MapNamesAnotherTablesPage", 17, PageSize - 69 + 5, 0x00004000, 3428},
-        Break{"DataPageWithoutType", 0, 0, 0, 3428}, Break{"DataPageOfAnotherOwner", 0, 4, 99, 3428},
-        Break{"RowCountBeyondThePage", 0, 12, 0x0FFFFFFF, 3428},
-        Break{"SlotsOutsideThePage", 0, 14, 0x1FFF1FFF, 3428},
-        Break{"SlotsInTheRowTable", 0, 14, 0x00040004, 3428}, Break{"SlotsAscend", 0, 14, 0x0FFF0010, 3428},
-        Break{"RootIsNoIndexPage", 18, 0, 0x00000101, 3428}, Break{"RootOfAnotherTable", 18, 4, 99, 3428}),
+    testing::Values(Break{"ObjectsDefinitionIsADataPage", 2, 0, 0x0D480101, 3049},
+                    Break{"ObjectsDefinitionTooLong", 2, 8, 0x7FFFFFFF, 3049},
+                    Break{"AcesDefinitionRunsInACircle", 3, 4, 3, 3049},
+                    Break{"OwnedMapOnNoDataPage", 16, 0x37, 0x00001000, 3428},
+                    Break{"OwnedMapSlotMissing", 16, 0x37, 0x000011FF, 3428},
+                    Break{"OwnedMapOnATablesPage", 16, 0x37, 0x00000E00, 3428},
+                    Break{"MapOfUnknownType", 17, PageSize - 69, 0x00000007, 3428},
+                    Break{"MapNamesPagesBeyondTheEnd", 17, PageSize - 4, 0xFFFFFFFF, 3428},
+                    Break{"MapNamesAnotherTablesPage", 17, PageSize - 69 + 5, 0x00004000, 3428},
+                    Break{"DataPageWithoutType", FirstRowPage, 0, 0, 3428},
+                    Break{"DataPageOfAnotherOwner", FirstRowPage, 4, 99, 3428},
+                    Break{"RowCountBeyondThePage", FirstRowPage, 12, 0x0FFFFFFF, 3428},
+                    Break{"SlotsOutsideThePage", FirstRowPage, 14, 0x1FFF1FFF, 3428},
+                    Break{"SlotsInTheRowTable", FirstRowPage, 14, 0x00040004, 3428},
+                    Break{"SlotsAscend", FirstRowPage, 14, 0x0FFF0010, 3428},
+                    Break{"RootIsNoIndexPage", RootPage, 0, 0x00000101, 3428},
+                    Break{"RootOfAnotherTable", RootPage, 4, 99, 3428}),
     [](const auto& tested) { return tested.param.Name; });
 
 TEST_F(BrokenFiles, ALongValueMayNotClaimMoreThanTheFile) {

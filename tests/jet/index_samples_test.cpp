@@ -71,7 +71,7 @@ class SampleIndexes : public testing::Test {
         }
     }
 
-    void CheckIndex(PageFile& file, const Table& table, std::size_t number) {
+    void CheckIndex(PageFile& file, Table& table, std::size_t number) {
         const TableDef& definition = table.Definition();
         const RealIndex& index = definition.RealIndexes[number];
         test::IndexChecker checker(file, definition.Page);
@@ -95,9 +95,8 @@ class SampleIndexes : public testing::Test {
         EXPECT_EQ(walked, checker.Entries.size());
     }
 
-    static void CompareKey(const Table& table, const RealIndex& index,
-                           const std::vector<std::size_t>& positions, const IndexTree::Cursor& cursor,
-                           Version version) {
+    static void CompareKey(Table& table, const RealIndex& index, const std::vector<std::size_t>& positions,
+                           const IndexTree::Cursor& cursor, Version version) {
         std::string key;
         for (std::size_t i = 0; i < positions.size(); ++i) {
             AppendKey(key, table.ReadColumn(cursor.Row(), positions[i]),

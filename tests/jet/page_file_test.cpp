@@ -50,7 +50,7 @@ class PageFiles : public testing::Test {
 };
 
 TEST_F(PageFiles, ANewFileBeginsWithTheEnginesOwnHeader) {
-    Create()->Flush();
+    Create()->Checkpoint();
     const std::string bytes = FileBytes();
     ASSERT_EQ(bytes.size(), 2 * 4096U);
     EXPECT_EQ(test::ToHex(bytes.substr(0, 0xA0)), EngineHeader);
@@ -60,7 +60,7 @@ TEST_F(PageFiles, ANewFileBeginsWithTheEnginesOwnHeader) {
 }
 
 TEST_F(PageFiles, ANewGlobalMapHasOnlyTheFirstTwoPagesInUse) {
-    Create()->Flush();
+    Create()->Checkpoint();
     const std::string page = FileBytes().substr(4096);
     EXPECT_EQ(test::ToHex(page.substr(0, 18)), "01 01 64 0F 01 00 00 00 00 00 00 00 02 00 BB 0F 76 0F");
     EXPECT_EQ(page.substr(0xF76, 69), std::string(69, '\0'));
@@ -104,7 +104,7 @@ TEST_F(PageFiles, AFileThatIsOnlyAHeaderCannotBeOpenedAsADatabase) {
 
 TEST_F(PageFiles, AnExclusiveFileKeepsOthersOut) {
     const auto file = Create();
-    file->Flush();
+    file->Checkpoint();
     EXPECT_EQ(NumberRaised([&] { PageFile::Open(Path(), Sharing::Shared); }), 3051);
     EXPECT_EQ(NumberRaised([&] { PageFile::Open(Path(), Sharing::Exclusive); }), 3045);
 }
@@ -128,11 +128,11 @@ TEST_F(PageFiles, APageChangedWhileItIsHeldKeepsAllChanges) {
     auto file = Create();
     PageHandle held = file->MakeNew(file->Allocate(), PageType::Data);
     std::uint8_t* bytes = held.Change();
-    file->Flush();
+    file->Checkpoint();
     bytes[50] = 99;  // through the pointer taken before the flush
     const std::uint32_t number = held.Number();
     held.Release();
-    file->Flush();
+    file->Checkpoint();
     EXPECT_EQ(FileBytes()[number * 4096 + 50], 99);
 }
 
@@ -173,7 +173,7 @@ TEST_F(PageFiles, APageNumberBeyondTheFileIsDamage) {
 class SharedPageFiles : public PageFiles {
   protected:
     SharedPageFiles() {
-        Create()->Flush();
+        Create()->Checkpoint();
         mMine = PageFile::Open(Path(), Sharing::Shared);
         mTheirs = PageFile::Open(Path(), Sharing::Shared);
     }

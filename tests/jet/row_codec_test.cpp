@@ -58,7 +58,7 @@ class Rows : public testing::Test {
     std::unique_ptr<PageFile> FileOf(Version version) {
         const std::string path = (mFolder / "rows.mdb").string();
         std::filesystem::remove(path);
-        PageFile::Create(path)->Flush();
+        PageFile::Create(path)->Checkpoint();
         std::fstream stream(path, std::ios::binary | std::ios::in | std::ios::out);
         stream.seekp(0x14);
         stream.put(static_cast<char>(version));
