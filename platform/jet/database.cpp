@@ -109,7 +109,8 @@ void Database::RowAdded() {
     mRowsSinceLook = 0;
     std::size_t waiting = 0;
     for (const auto& [page, table] : mTables) waiting += table->WaitingBytes();
-    if (waiting > MostWaitingBytes || Clock::now() >= mNextFlush) Flush();
+    if (waiting > MostWaitingBytes) Publish();
+    if (Clock::now() >= mNextFlush) Flush();
 }
 
 void Database::Close() {

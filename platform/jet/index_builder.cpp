@@ -41,41 +41,43 @@ void IndexBuilder::Add(std::string_view entry) {
 
 bool IndexBuilder::AddLeaf(const IndexPage& leaf) {
     if (!mEnds.empty()) return false;
-    const std::uint32_t page = mLeaf != 0 ? mLeaf : TakePage();
-    mLeaf = TakePage();
-    OpenLeaf(page, mLeaf).CopyEntries(leaf);
-    AddChild(0, page, leaf.Entry(leaf.LastEntry()));
+    const bool keep = mFile.IsNew(leaf.Number());
+    IndexPage own = keep ? IndexPage::Read(mFile, leaf.Number(), mTablePage)
+                         : IndexPage::Make(mFile, TakePage(), PageType::IndexLeaf, mTablePage);
+    if (keep) {
+        mKept.insert(leaf.Number());
+    } else {
+        own.CopyEntries(leaf);
+    }
+    ChainLeaf(own);
+    AddChild(0, own.Number(), own.Entry(own.LastEntry()));
     return true;
 }
 
-/// An empty leaf at the chain's end, which goes on with next.
-IndexPage IndexBuilder::OpenLeaf(std::uint32_t page, std::uint32_t next) {
-    IndexPage leaf = IndexPage::Make(mFile, page, PageType::IndexLeaf, mTablePage);
-    leaf.SetPrevious(mPreviousLeaf);
-    leaf.SetNext(next);
-    mPreviousLeaf = page;
-    return leaf;
+/// Puts a leaf at the chain's end.
+void IndexBuilder::ChainLeaf(IndexPage& leaf) {
+    if (mLastLeaf != 0) IndexPage::Read(mFile, mLastLeaf, mTablePage).SetNext(leaf.Number());
+    leaf.SetPrevious(mLastLeaf);
+    leaf.SetNext(0);
+    mLastLeaf = leaf.Number();
 }
 
 /// Puts the entries in hand on a page.
-void IndexBuilder::FillLeaf(std::uint32_t page, std::uint32_t next) {
+void IndexBuilder::FillLeaf(std::uint32_t page) {
     std::vector<std::string_view> entries;
     entries.reserve(mEnds.size());
     std::size_t start = 0;
     for (const std::size_t end : mEnds)
         entries.push_back(std::string_view(mBytes).substr(std::exchange(start, end), end - start));
-    if (!OpenLeaf(page, next).Assign(entries)) throw mFile.Damaged();
-}
-
-std::string_view IndexBuilder::LastOfLeaf() const {
-    return std::string_view(mBytes).substr(mEnds.size() > 1 ? mEnds[mEnds.size() - 2] : 0);
+    IndexPage leaf = IndexPage::Make(mFile, page, PageType::IndexLeaf, mTablePage);
+    if (!leaf.Assign(entries)) throw mFile.Damaged();
+    ChainLeaf(leaf);
 }
 
 void IndexBuilder::CloseLeaf() {
-    const std::uint32_t page = mLeaf != 0 ? mLeaf : TakePage();
-    mLeaf = TakePage();
-    FillLeaf(page, mLeaf);
-    AddChild(0, page, LastOfLeaf());
+    const std::uint32_t page = TakePage();
+    FillLeaf(page);
+    AddChild(0, page, std::string_view(mBytes).substr(mEnds.size() > 1 ? mEnds[mEnds.size() - 2] : 0));
     mBytes.clear();
     mEnds.clear();
 }
@@ -129,9 +131,8 @@ void IndexBuilder::LinkNodes(std::uint32_t left, std::uint32_t right) {
 }
 
 void IndexBuilder::Finish(std::uint32_t root) {
-    if (mLeaf == 0) return FillLeaf(root, 0);
-    FillLeaf(mLeaf, 0);
-    AddChild(0, mLeaf, LastOfLeaf());
+    if (mLastLeaf == 0) return FillLeaf(root);
+    if (!mEnds.empty()) CloseLeaf();
     for (std::size_t height = 0; height + 1 < mLevels.size(); ++height) CloseNode(height);
     WriteNode(mLevels.back(), root);
 }

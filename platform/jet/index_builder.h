@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/jet/index_page.h"
@@ -24,12 +25,15 @@ class IndexBuilder {
     /// Adds an entry above all others.
     void Add(std::string_view entry);
 
-    /// Adds the entries of another tree's leaf, which are above all others, by copying the page; another
-    /// entry or leaf must follow. False, and nothing done, while the leaf in hand has entries.
+    /// Adds a leaf of the tree that this one follows; its entries are above all others. A new page becomes
+    /// part of this tree, an old one is copied. False, and nothing done, while the leaf in hand has entries.
     bool AddLeaf(const IndexPage& leaf);
 
     /// Writes what is left, and the root on an allocated page that is in the map already. Called once, last.
     void Finish(std::uint32_t root);
+
+    /// Whether a leaf of the former tree is part of this one.
+    bool IsKept(std::uint32_t page) const { return mKept.contains(page); }
 
   private:
     /// The nodes of one height, of which one is in hand. Its last child waits outside the entries: it may
@@ -42,9 +46,8 @@ class IndexBuilder {
     };
 
     std::uint32_t TakePage();
-    IndexPage OpenLeaf(std::uint32_t page, std::uint32_t next);
-    void FillLeaf(std::uint32_t page, std::uint32_t next);
-    std::string_view LastOfLeaf() const;
+    void FillLeaf(std::uint32_t page);
+    void ChainLeaf(IndexPage& leaf);
     void CloseLeaf();
     void AddChild(std::size_t height, std::uint32_t page, std::string_view lastEntry);
     void CloseNode(std::size_t height);
@@ -56,11 +59,12 @@ class IndexBuilder {
     std::uint32_t mTablePage;
     std::size_t mRoom;
 
-    // The leaf in hand.
-    std::uint32_t mLeaf = 0;  // 0 = the first one, which may turn out to be the root
-    std::uint32_t mPreviousLeaf = 0;
-    std::string mBytes;  // its entries one behind the other
+    // The leaf in hand, which may turn out to be the root while there is no other: its entries one behind the
+    // other.
+    std::string mBytes;
     std::vector<std::size_t> mEnds;
+    std::uint32_t mLastLeaf = 0;  // that is written
+    std::unordered_set<std::uint32_t> mKept;
     std::vector<Level> mLevels;  // from the leaves' parents up
 };
 

@@ -45,7 +45,8 @@ class Sequence {
     std::uint32_t NewKeys() const { return mNewKeys; }
 
   private:
-    /// A leaf into which no waiting entry falls stays as it is, where that leaves no gap in front of it.
+    /// A leaf into which no waiting entry falls stays as it is, where that leaves no gap in front of it; not
+    /// the last one, which fills up.
     bool Copy(const IndexPage& leaf) {
         if (leaf.Next() == 0) return false;
         leaf.ReadEntry(leaf.LastEntry(), mCurrent);
@@ -82,8 +83,8 @@ void IndexTree::ForEachLeaf(Visit visit) const {
     for (std::uint32_t steps = 0; number != 0; ++steps) {
         const IndexPage leaf = Read(number);
         if (!leaf.IsLeaf() || steps > mFile.PageCount()) throw mFile.Damaged();
+        number = leaf.Next();  // before visit, which may give the leaf another place
         visit(leaf);
-        number = leaf.Next();
     }
 }
 
@@ -128,7 +129,7 @@ std::uint32_t IndexTree::Merge(PendingEntries& waiting) {
     }
     builder.Finish(mRootPage);
     for (const std::uint32_t page : oldPages) {
-        if (page == mRootPage) continue;
+        if (page == mRootPage || builder.IsKept(page)) continue;
         mPages.Remove(page);
         mFile.Free(page);
     }

@@ -16,6 +16,7 @@ class PageAllocator {
     /// The lowest free page that is not below from, else a page at the file's end.
     std::uint32_t Allocate(std::uint32_t from);
     void Free(std::uint32_t page);
+    bool IsFree(std::uint32_t page) const { return mFreePages.Contains(page); }
 
     /// Fills the empty page 1 of a new database.
     static void MakeGlobalMap(PageFile& file);

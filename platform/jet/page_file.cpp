@@ -344,10 +344,25 @@ void PageFile::Sync() {
     Checkpoint();
     WriteChanged(Pages::All);  // the global map knows now of the pages that Checkpoint gave back
     try {
+        if (!IsShared() && IsWritable()) CutFreeEnd();
         if (IsWritable()) mFile->Sync();
     } catch (const platform::Error& error) {
         FailWriting(error);
     }
+}
+
+void PageFile::CutFreeEnd() {
+    std::uint32_t end = mPageCount;
+    while (end > 0 && mAllocator->IsFree(end - 1)) --end;
+    if (end == mPageCount) return;
+    for (std::uint32_t page = end; page < mPageCount; ++page) {
+        if (Frame* frame = std::exchange(mFrameOfPage[page], nullptr)) {
+            frame->Number = NoPage;
+            mFreeFrames.push_back(frame);
+        }
+    }
+    mPageCount = end;
+    mFile->SetLength(std::uint64_t{end} * PageSize());
 }
 
 void PageFile::FailWriting(const platform::Error& error) {

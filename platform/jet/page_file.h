@@ -134,7 +134,8 @@ class PageFile {
     /// call raises the same.
     void Checkpoint();
 
-    /// Checkpoint, gives the freed pages back, then hands everything to the disk.
+    /// Checkpoint, gives the freed pages back, cuts off those at the file's end and hands everything to the
+    /// disk. No page may be in use.
     void Sync();
 
     /// The error of a structure that cannot be right, 3428, with the file's path.
@@ -168,6 +169,7 @@ class PageFile {
     void WriteRun(std::span<Frame* const> run);
     [[noreturn]] void FailWriting(const platform::Error& error);
     void FreeRetired();
+    void CutFreeEnd();
 
     std::unique_ptr<platform::File> mFile;
     Sharing mSharing;
