@@ -15,7 +15,7 @@ std::uint32_t IndexBuilder::MostPages(const Layout& format, const EntrySizes& si
     std::size_t pagesOfHeight = sizes.Bytes / (room - sizes.Longest) + 1;
     std::size_t pages = pagesOfHeight;
     while (pagesOfHeight > 1) {
-        pagesOfHeight = pagesOfHeight / children + 1;
+        pagesOfHeight = (pagesOfHeight + children - 1) / children;
         pages += pagesOfHeight;
     }
     return static_cast<std::uint32_t>(pages);

@@ -6,6 +6,7 @@
 
 #include "platform/jet/data_page.h"
 #include "platform/jet/index_key.h"
+#include "platform/jet/pending_entries.h"
 #include "tests/jet/index_checker.h"
 #include "tests/support/expect_error.h"
 #include "tests/support/scratch.h"
@@ -232,6 +233,58 @@ INSTANTIATE_TEST_SUITE_P(All, RandomHistories,
                                          History{"LongestKeys", 4, 1'794, 1'000'000, 1'500, 30, 4},
                                          History{"RemovesNearlyAsMuch", 5, 600, 1'000'000, 6'000, 48, 2},
                                          History{"ShortAndLongMixed", 6, 1'794, 50, 2'000, 45, 3}),
+                         [](const auto& instance) { return std::string(instance.param.Name); });
+
+// Entries that wait and are merged.
+
+struct Merging {
+    const char* Name;
+    unsigned Seed;
+    std::size_t KeyLength;
+    std::int32_t Range;
+    int PerRound;
+    int CheckpointPercent;  // of the rounds
+};
+
+class RandomMerges : public IndexTrees, public testing::WithParamInterface<Merging> {};
+
+TEST_P(RandomMerges, KeepEveryRuleAndCountNewKeys) {
+    const Merging& merging = GetParam();
+    std::mt19937 random(merging.Seed);
+    PendingEntries waiting;
+    std::set<std::string> keys;
+    for (int round = 0; round < 12; ++round) {
+        const std::size_t before = keys.size();
+        // Ascending rounds alternate with those in any order, so leaves stay untouched, fill up and are
+        // split.
+        const auto base = static_cast<std::int32_t>(keys.size());
+        for (int i = 0; i < merging.PerRound; ++i) {
+            const auto any = static_cast<std::int32_t>(random() % static_cast<unsigned>(merging.Range));
+            const std::int32_t value = round % 3 == 2 ? any : (base + i) % merging.Range;
+            const std::string key = LongKey(value) + std::string(random() % (merging.KeyLength + 1), 'p');
+            const RowPointer row{static_cast<std::uint32_t>(random() % 0xFFFF),
+                                 static_cast<std::uint8_t>(round)};
+            if (!mExpected.insert(EntryOf(key, row)).second) continue;
+            waiting.Add(key, row);
+            EXPECT_EQ(waiting.Contains(key + '\x01'), false);
+            EXPECT_TRUE(waiting.Contains(key));
+            keys.insert(key);
+        }
+        const std::uint32_t most = mTree.PagesToMerge(waiting.Sizes());
+        EXPECT_EQ(mTree.Merge(waiting), keys.size() - before);
+        EXPECT_TRUE(waiting.IsEmpty());
+        mRoot = mTree.RootPage();
+        EXPECT_LE(Check().Pages.size(), most);
+        if (static_cast<int>(random() % 100) < merging.CheckpointPercent) mFile->Checkpoint();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RandomMerges,
+                         testing::Values(Merging{"Ascending", 1, 0, 1'000'000, 2'000, 30},
+                                         Merging{"ManyEqualKeys", 2, 0, 40, 500, 50},
+                                         Merging{"LongKeys", 3, 900, 1'000'000, 300, 50},
+                                         Merging{"LongestKeys", 4, 1'794, 3'000, 120, 30},
+                                         Merging{"AFewEntriesAtATime", 5, 60, 1'000'000, 3, 0}),
                          [](const auto& instance) { return std::string(instance.param.Name); });
 
 // Pages that no engine wrote.

@@ -1,0 +1,117 @@
+// What the disk holds of a database that is being written: the state of the last flush, before every single
+// call that changes the file, and when such a call fails.
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <random>
+
+#include "tests/jet/database_fixture.h"
+#include "tests/support/disk_calls.h"
+
+namespace jet {
+namespace {
+
+using test::ErrorOf;
+using test::NumberRaised;
+using test::Row;
+using test::RowsOf;
+
+const std::array<std::u16string, 2> Names{u"Orders", u"Lines"};
+
+class Checkpoints : public test::NewDatabase {
+  protected:
+    /// Two tables that grow by turns, with values that make rows, long values and indexes move and split.
+    void Write(int rounds) {
+        std::mt19937 random(7);
+        Create({.CacheBytes = std::size_t{64} * 4096});
+        for (const std::u16string& name : Names) {
+            const auto table = mDatabase->CreateTable(
+                name,
+                {{u"Id", ColumnType::Long}, {u"Name", ColumnType::Text, 60}, {u"Memo", ColumnType::Memo}});
+            mDatabase->CreateIndex(*table, {u"PrimaryKey", {{u"Id"}}, true});
+            mDatabase->CreateIndex(*table, {u"Name", {{u"Name"}, {u"Id", false}}});
+        }
+        for (int round = 0; round < rounds; ++round) {
+            for (int i = 0; i < 60; ++i) {
+                const std::size_t t = random() % Names.size();
+                const auto id = static_cast<std::int32_t>(mRows[t].size());
+                const std::u16string name(random() % 60, static_cast<char16_t>(u'a' + random() % 26));
+                const std::u16string memo(random() % 10 == 0 ? random() % 9000 : random() % 90, u'm');
+                const Row row{id, name, memo};
+                mDatabase->FindTable(Names[t])->Insert(row);
+                mRows[t].push_back(row);
+            }
+            mFlushing = {mRows[0].size(), mRows[1].size()};
+            mDatabase->Flush();
+            mFlushed = mFlushing;
+        }
+        mDatabase->Close();
+    }
+
+    /// The file as it is on the disk now is sound, and each table holds the rows of the last flush or, while
+    /// one is running, of that.
+    void ExpectTheLastFlush() {
+        const std::string copy = (mFolder / "copy.mdb").string();
+        std::filesystem::copy_file(Path(), copy, std::filesystem::copy_options::overwrite_existing);
+        ASSERT_THAT(test::FindingsIn(copy, false), testing::IsEmpty());
+        const auto database = Database::Open(copy, Sharing::Exclusive);
+        for (std::size_t t = 0; t < Names.size(); ++t) {
+            const auto table = database->FindTable(Names[t]);
+            const std::vector<Row> rows = table == nullptr ? std::vector<Row>{} : RowsOf(*table);
+            ASSERT_THAT(rows.size(), testing::AnyOf(mFlushed[t], mFlushing[t]));
+            ASSERT_TRUE(std::equal(rows.begin(), rows.end(), mRows[t].begin()));
+        }
+    }
+
+    std::array<std::vector<Row>, 2> mRows;
+    std::array<std::size_t, 2> mFlushed{};
+    std::array<std::size_t, 2> mFlushing{};
+};
+
+TEST_F(Checkpoints, AtAnyMomentTheDiskHoldsTheLastFlush) {
+    int calls = 0;
+    {
+        const test::DiskCalls watched([&] {
+            // The first calls make the file.
+            if (++calls > 3 && !HasFatalFailure()) ExpectTheLastFlush();
+            return 0;
+        });
+        Write(8);
+    }
+    EXPECT_GT(calls, 40);
+    mFlushed = mFlushing;
+    ExpectTheLastFlush();
+}
+
+TEST_F(Checkpoints, AFullDiskIsReportedAtEveryCallAndLeavesTheLastFlush) {
+    for (int failing = 0;; ++failing) {
+        SCOPED_TRACE(failing);
+        mDatabase.reset();
+        std::filesystem::remove(Path());
+        mRows = {};
+        mFlushed = mFlushing = {};
+        int calls = 0;
+        std::optional<platform::Error> error;
+        {
+            const test::DiskCalls watched([&] { return ++calls > failing ? ENOSPC : 0; });
+            try {
+                Write(4);
+            } catch (const platform::Error& raised) {
+                error = raised;
+            }
+            if (error && mDatabase) {
+                EXPECT_EQ(NumberRaised([&] { mDatabase->Flush(); }), error->Number) << "and again";
+            }
+            mDatabase.reset();
+        }
+        if (!error) break;
+        EXPECT_EQ(error->Number, 3026);
+        EXPECT_EQ(error->Path, Path());
+        if (std::filesystem::file_size(Path()) == 0 || failing < 3) continue;
+        ExpectTheLastFlush();
+        if (HasFatalFailure()) return;
+    }
+}
+
+}  // namespace
+}  // namespace jet
