@@ -2,12 +2,14 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <filesystem>
 
 #include "platform/error.h"
 #include "platform/file.h"
 #include "platform/site.h"
 #include "ui/exec_modal.h"
+#include "ui/message_box.h"
 #include "ui/window_texts.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,8 +20,23 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Stays open when the folder that was typed does not exist.
+class SaveDialog : public QFileDialog {
+  public:
+    using QFileDialog::QFileDialog;
+
+    void accept() override {
+        const QString file = selectedFiles().value(0);
+        if (QFileInfo(file).dir().exists()) return QFileDialog::accept();
+        platform::Message message;
+        message.Title = windowTitle().toStdString();
+        message.Text = file.toStdString() + "\nPath does not exist.";
+        ShowMessageBox(message, this);
+    }
+};
+
 QString ChosenPath(QWidget* parent) {
-    QFileDialog dialog(parent, u"Create Database"_s, FromUtf8(platform::DocumentsFolder()));
+    SaveDialog dialog(parent, u"Create Database"_s, FromUtf8(platform::DocumentsFolder()));
     dialog.setObjectName(u"dlgCreateDB"_s);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);

@@ -11,7 +11,6 @@
 
 #include "catalogue/row_fields.h"
 #include "tests/catalogue/catalogue_fixture.h"
-#include "tests/support/expect_error.h"
 #include "tools/window_driver/modal_robot.h"
 #include "ui/digit_box.h"
 #include "ui/interface_window.h"
@@ -76,13 +75,6 @@ class RangeDialog : public test::CatalogueFixture {
     }
     void PressTab(QLineEdit& box) { Press(Qt::Key_Tab, box); }
 
-    /// The error that has ended the tool; the loops that come after this are not to end at once as well.
-    int Ending() {
-        Robot.Soon([] { QCoreApplication::exit(); });
-        QApplication::exec();
-        return test::ErrorOf([this] { Window.Trap().RethrowIfTripped(); }).Number;
-    }
-
     QString OnlyMessage() const {
         EXPECT_EQ(Robot.Messages.size(), 1U);
         return Robot.Messages.empty() ? QString() : Robot.Messages.front().Text;
@@ -97,38 +89,22 @@ TEST_F(RangeDialog, ShowsTheTableItsKeyAndTheCataloguesValues) {
     EXPECT_EQ(Dialog->windowTitle(), u"Range Selection"_s);
     EXPECT_EQ(Dialog->findChild<QLabel*>(u"lFileDescription"_s)->text(), u"PARTS"_s);
     EXPECT_EQ(Dialog->findChild<QLabel*>(u"lFieldDescription"_s)->text(), u"Part number"_s);
-    EXPECT_EQ(Start().text(), u"1"_s);
-    EXPECT_EQ(End().text(), u"999"_s);
-}
-
-TEST_F(RangeDialog, ABoxThatGetsTheFocusSelectsItsWholeText) {
-    EXPECT_EQ(Start().selectedText(), u"1"_s);
+    EXPECT_EQ(Start().selectedText(), u"1"_s) << "getting the focus selects the whole text";
     QTest::mouseClick(&End(), Qt::LeftButton);
     EXPECT_EQ(End().selectedText(), u"999"_s);
     QTest::mouseClick(&End(), Qt::LeftButton);
     EXPECT_EQ(End().selectedText(), QString()) << "a second click sets the cursor";
 }
 
-TEST_F(RangeDialog, ABoxTakesDigitsOnly) {
-    const struct {
-        const char* Typed;
-        const char* Text;
-    } cases[] = {{"12", "12"}, {"1a2", "12"}, {"-5", "5"}, {"1.5", "15"}, {"+ e3", "3"}, {"abc", "1"}};
-    for (const auto& each : cases) {
+TEST_F(RangeDialog, ABoxTakesDigitsOnlyAndNoBackspace) {
+    for (const auto& [typed, text] :
+         {std::pair("12", "12"), {"1a2", "12"}, {"-5", "5"}, {"1.5", "15"}, {"abc", "1"}}) {
         End().setFocus();
         Start().setText(u"1"_s);
-        Enter(Start(), QString::fromLatin1(each.Typed));
-        EXPECT_EQ(Start().text().toStdString(), each.Text) << each.Typed;
+        Enter(Start(), QString::fromLatin1(typed));
+        QTest::keyClick(&Start(), Qt::Key_Backspace);
+        EXPECT_EQ(Start().text().toStdString(), text) << typed;
     }
-}
-
-TEST_F(RangeDialog, BackspaceIsDiscardedAndDeleteWorks) {
-    Enter(Start(), u"123"_s);
-    QTest::keyClick(&Start(), Qt::Key_Backspace);
-    EXPECT_EQ(Start().text(), u"123"_s);
-    QTest::keyClick(&Start(), Qt::Key_Home);
-    QTest::keyClick(&Start(), Qt::Key_Delete);
-    EXPECT_EQ(Start().text(), u"23"_s);
 }
 
 TEST_F(RangeDialog, WhatIsPastedOrDroppedIsFilteredToo) {
@@ -145,17 +121,7 @@ TEST_F(RangeDialog, WhatIsPastedOrDroppedIsFilteredToo) {
     QDropEvent drop(place, Qt::CopyAction, &dragged, Qt::LeftButton, {});
     QApplication::sendEvent(&Start(), &drop);
     EXPECT_EQ(Start().text().count(u'4'), 1);
-    EXPECT_FALSE(Start().text().contains(u'x') || Start().text().contains(u'y'))
-        << qPrintable(Start().text());
-}
-
-TEST_F(RangeDialog, ASignOfTheCatalogueStaysUntilItIsTypedOver) {
-    Dialog->findChild<ui::DigitBox*>(u"e_Start"_s)->ShowValue(u"-50"_s);
-    EXPECT_EQ(Start().text(), u"-50"_s);
-    Start().setFocus();
-    QTest::keyClick(&Start(), Qt::Key_End);
-    QTest::keyClicks(&Start(), u"-7"_s);
-    EXPECT_EQ(Start().text(), u"-507"_s);
+    EXPECT_EQ(Start().text().size(), 4) << qPrintable(Start().text());
 }
 
 TEST_F(RangeDialog, ValidBoundsAreStoredWhenTheFocusLeaves) {
@@ -199,8 +165,6 @@ TEST_F(RangeDialog, BoundsOutsideTheRulesAreObjectedTo) {
         EXPECT_EQ(Dialog->focusWidget(), each.FocusOnStart ? &Start() : &End()) << each.Message;
         EXPECT_EQ(Stored(), std::pair(0, 0)) << each.Message;
     }
-    EXPECT_EQ(Robot.Messages.front().Title, u"Vantora Database Explorer"_s);
-    EXPECT_FALSE(Robot.Messages.front().Critical);
 }
 
 TEST_F(RangeDialog, AnotherWindowComingToTheFrontTestsNothing) {
@@ -210,13 +174,6 @@ TEST_F(RangeDialog, AnotherWindowComingToTheFrontTestsNothing) {
     other.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
     EXPECT_TRUE(Robot.Messages.empty());
-}
-
-TEST_F(RangeDialog, OkLeavesTheBoxAndCloses) {
-    Enter(End(), u"77"_s);
-    Click(Ok());
-    EXPECT_FALSE(Dialog->isVisible());
-    EXPECT_EQ(Stored(), std::pair(1, 77));
 }
 
 TEST_F(RangeDialog, AnObjectionKeepsOkFromClosing) {
@@ -235,13 +192,6 @@ TEST_F(RangeDialog, AnObjectionKeepsOkFromClosing) {
     EXPECT_EQ(Stored(), std::pair(2, 0));
 }
 
-TEST_F(RangeDialog, EscapeTestsTheBoxAndCloses) {
-    Enter(Start(), u"25"_s);
-    Press(Qt::Key_Escape, Start());
-    EXPECT_FALSE(Dialog->isVisible());
-    EXPECT_EQ(Stored(), std::pair(25, 0));
-}
-
 TEST_F(RangeDialog, TheWindowsButtonClosesOverAnObjection) {
     Enter(Start(), u"0"_s);
     Dialog->close();
@@ -250,18 +200,7 @@ TEST_F(RangeDialog, TheWindowsButtonClosesOverAnObjection) {
     EXPECT_EQ(Stored(), std::pair(0, 0));
 }
 
-TEST_F(RangeDialog, ResetShowsTheCataloguesValuesAndKeepsWhatIsStored) {
-    Enter(Start(), u"300"_s);
-    Enter(End(), u"400"_s);
-    Click(Reset());
-    EXPECT_EQ(Start().text(), u"1"_s);
-    EXPECT_EQ(End().text(), u"999"_s);
-    Click(Ok());
-    EXPECT_FALSE(Dialog->isVisible());
-    EXPECT_EQ(Stored(), std::pair(300, 400));
-}
-
-TEST_F(RangeDialog, AnObjectionSwallowsTheClickOnReset) {
+TEST_F(RangeDialog, ResetShowsTheCataloguesValuesUnlessABoxObjects) {
     Enter(Start(), u"0"_s);
     Click(Reset());
     EXPECT_EQ(OnlyMessage(), u"Starting Value must be >  1"_s);
@@ -269,19 +208,7 @@ TEST_F(RangeDialog, AnObjectionSwallowsTheClickOnReset) {
     Start().setText(u"5"_s);
     Click(Reset());
     EXPECT_EQ(Start().text(), u"1"_s);
-    EXPECT_EQ(Stored(), std::pair(5, 0));
-}
-
-TEST_F(RangeDialog, AnEmptyBoxIsAnErrorThatNothingHandles) {
-    Press(Qt::Key_Delete, Start());
-    PressTab(Start());
-    EXPECT_EQ(Ending(), platform::TypeMismatch);
-}
-
-TEST_F(RangeDialog, ANumberBeyond32BitsOverflows) {
-    Enter(Start(), u"99999999999"_s);
-    PressTab(Start());
-    EXPECT_EQ(Ending(), platform::Overflow);
+    EXPECT_EQ(Stored(), std::pair(5, 0)) << "what is stored stays";
 }
 
 }  // namespace
