@@ -27,12 +27,10 @@ TEST(SiteDump, ShowsWhatTheEngineSeesAndWritesNothing) {
     EXPECT_THAT(dump({}, 0),
                 HasSubstr(":D01:PARTS -> KSW:D01: type I, block 1, records of 512 bytes, last 2"));
     const std::string index = dump({"PARTS"}, 0);
-    EXPECT_THAT(index, HasSubstr("header words: 8 1 772 1286 1 0 0 0\n"));
     EXPECT_THAT(index,
                 HasSubstr("level 1: 1 blocks, 2 entries, 0 leaves\n    block 1: keys do not ascend\n"));
     EXPECT_THAT(index,
                 HasSubstr("level 2: 2 blocks, 2 entries, 1 leaves\n    block 9: not a block of this file\n"));
-    EXPECT_THAT(index, HasSubstr("entries counted: 1\n"));
     EXPECT_THAT(dump({"ORDERS"}, 0),
                 HasSubstr("first deleted 2, highest used 4, active 3\n  deleted records in the chain: 1"));
     EXPECT_THAT(dump({"ORDERS", "0"}, 0), HasSubstr("000001 FF FE 00 00 00 02"));

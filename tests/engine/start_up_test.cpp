@@ -85,16 +85,11 @@ TEST(StartUp, AnUnreachableShareIsToldAndLeavesNoEngine) {
     const auto error = test::ErrorOf([&] { cBusinessBasic engine(site.Window); });
     EXPECT_EQ(error.Number, 91);
     EXPECT_EQ(error.Source + error.Description, "");
-}
 
-TEST(StartUp, AnotherSectionGivesNoServerAndNoEngine) {
-    test::SiteBuilder site;
+    // A section of another name gives no server, and no share of none answers.
     site.Ini = "[iQ-Stocks]\nServer=SRV1\n";
-    site.Write();
-    LoadSiteConfiguration(false, site.Window);
-    EXPECT_FALSE(gEngine);
+    EXPECT_THROW(site.Start(), std::runtime_error);
     EXPECT_EQ(gEpcInfo->CatalogShare, R"(\\\\)");
-    EXPECT_EQ(site.Window.Messages.size(), 1U);
 }
 
 TEST(StartUp, AMissingTerminalMapIsRecordedAndLeavesNoEngine) {

@@ -1,0 +1,28 @@
+// Where mutations start from: libFuzzer knows no file that is in order, so a sound input is made now and
+// then.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t room);
+
+namespace test {
+
+/// The work of LLVMFuzzerCustomMutator: mutates data, or what makeSound gives for the seed when data is
+/// shorter than least bytes and once in 16 times.
+template <typename MakeSound>
+std::size_t MutateOrMake(std::uint8_t* data, std::size_t size, std::size_t room, unsigned seed,
+                         std::size_t least, MakeSound makeSound) {
+    constexpr unsigned SoundOneIn = 16;
+    if (size < least || seed % SoundOneIn == 0) {
+        const std::string input = makeSound(seed);
+        size = std::min(input.size(), room);
+        std::copy_n(input.begin(), size, data);
+    }
+    return LLVMFuzzerMutate(data, size, room);
+}
+
+}  // namespace test
