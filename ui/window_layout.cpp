@@ -138,6 +138,7 @@ InterfaceControls LayOutInterface(QMainWindow& window) {
     window.setCentralWidget(form);
     controls.sb1 = new StatusPanels(&window);
     window.setStatusBar(controls.sb1);
+    controls.btnAction[0]->setFocus();  // the one thing that can be done at first
     return controls;
 }
 

@@ -1,0 +1,127 @@
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QFont>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include "ui/interface_window.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// The window as it is laid out, with all boxes shown. Start-up has not run.
+class Design : public testing::Test {
+  protected:
+    Design() {
+        for (QCheckBox* const box : Window.findChildren<QCheckBox*>()) box->setText(Longest);
+        Window.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&Window));
+    }
+
+    /// A control's place in the window's client area below the menus.
+    QRect Place(const QString& name) const {
+        const auto* const control = Window.findChild<QWidget*>(name);
+        if (control == nullptr) return {};
+        return {control->mapTo(Window.centralWidget(), QPoint(0, 0)), control->size()};
+    }
+
+    const QString Longest = u"INVOICE_HISTORY_DETAIL"_s;
+    ui::fInterface Window;
+};
+
+TEST_F(Design, ControlsStandAtTheirTwips) {
+    const struct {
+        const char16_t* Name;
+        int Left, Top, Width, Height;  // twips
+    } cases[] = {
+        {u"Label1", 705, 180, 6600, 255},         {u"txtDataBase", 690, 495, 6615, 375},
+        {u"btnAction(0)", 7575, 255, 1575, 615},  {u"btnAction(1)", 9495, 240, 1575, 615},
+        {u"btnAction(2)", 11385, 240, 1575, 615}, {u"fSelections", 705, 915, 12600, 7095},
+        {u"txtStatus", 690, 8160, 12240, 375},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(Place(QString::fromUtf16(each.Name)),
+                  QRect(each.Left / 15, each.Top / 15, each.Width / 15, each.Height / 15))
+            << qPrintable(QString::fromUtf16(each.Name));
+    }
+}
+
+TEST_F(Design, TheBoxesFormFourColumnsOfNineteen) {
+    const int columnLefts[] = {120, 2880, 5880, 8880};
+    const QPoint frame = Place(u"fSelections"_s).topLeft();
+    for (int i = 0; i < 76; ++i) {
+        const QRect place = Place(u"x_SelectedTable(%1)"_s.arg(i));
+        EXPECT_EQ(place.topLeft() - frame, QPoint(columnLefts[i / 19] / 15, (240 + 360 * (i % 19)) / 15))
+            << i;
+        EXPECT_EQ(place.width(), 2775 / 15) << i;
+    }
+}
+
+TEST_F(Design, TextsAreTheSystemsOwn) {
+    EXPECT_EQ(Window.windowTitle(), u"Vantora Database Explorer"_s);
+    const std::pair<QString, QString> texts[] = {{u"Label1"_s, u"Target Database"_s},
+                                                 {u"btnAction(0)"_s, u"Select DB"_s},
+                                                 {u"btnAction(1)"_s, u"Update"_s},
+                                                 {u"btnAction(2)"_s, u"Cancel Update"_s}};
+    for (const auto& [name, text] : texts) {
+        const auto* const control = Window.findChild<QWidget*>(name);
+        ASSERT_NE(control, nullptr) << qPrintable(name);
+        EXPECT_EQ(control->property("text").toString(), text);
+    }
+    const auto* const frame = Window.findChild<QWidget*>(u"fSelections"_s);
+    EXPECT_EQ(frame->property("title").toString(), u"Select File to Export"_s);
+    EXPECT_EQ(frame->toolTip(), u"Show Available tables when a DataBase is open."_s);
+    EXPECT_DOUBLE_EQ(Window.findChild<QWidget*>(u"Label1"_s)->font().pointSizeF(), 9.75);
+    EXPECT_TRUE(Window.findChild<QWidget*>(u"txtStatus"_s)->font().bold());
+}
+
+TEST_F(Design, TheMenusHoldASeparatorCloseAndTheEnforceEntry) {
+    const QList<QAction*> menus = Window.menuBar()->actions();
+    ASSERT_EQ(menus.size(), 2);
+    EXPECT_EQ(menus[0]->text(), u"&File"_s);
+    const QList<QAction*> file = menus[0]->menu()->actions();
+    ASSERT_EQ(file.size(), 2);
+    EXPECT_TRUE(file[0]->isSeparator());
+    EXPECT_EQ(file[0]->objectName(), u"mnuSpace2"_s);
+    EXPECT_EQ(file[1]->text(), u"Close"_s);
+    EXPECT_EQ(menus[1]->text(), u"&Options"_s);
+    const QList<QAction*> options = menus[1]->menu()->actions();
+    ASSERT_EQ(options.size(), 1);
+    EXPECT_EQ(options[0]->text(), u"Enforce Referential Integrity"_s);
+}
+
+/// All controls of a window that opens with an application font of this size.
+void ExpectNothingCutOff(double points) {
+    const QFont before = QApplication::font();
+    QFont larger = before;
+    larger.setPointSizeF(points);
+    QApplication::setFont(larger);
+    {
+        ui::fInterface window;
+        for (QCheckBox* const box : window.findChildren<QCheckBox*>()) box->setText(u"WARRANTY_CLAIMS"_s);
+        window.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+        for (const QWidget* const control : window.centralWidget()->findChildren<QWidget*>()) {
+            if (control->objectName().isEmpty()) continue;
+            EXPECT_GE(control->width(), control->minimumSizeHint().width())
+                << qPrintable(control->objectName()) << " at " << points;
+            EXPECT_GE(control->height(), control->minimumSizeHint().height())
+                << qPrintable(control->objectName()) << " at " << points;
+        }
+        const auto* const first = window.findChild<QWidget*>(u"x_SelectedTable(0)"_s);
+        const auto* const second = window.findChild<QWidget*>(u"x_SelectedTable(1)"_s);
+        EXPECT_LE(first->geometry().bottom(), second->geometry().top()) << points;
+    }
+    QApplication::setFont(before);
+}
+
+TEST(DesignFonts, LargerFontsCutNothingOff) {
+    for (const double points : {9.0, 12.0, 18.0, 27.0}) ExpectNothingCutOff(points);
+}
+
+}  // namespace
