@@ -1,10 +1,5 @@
-#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
-#include <QFont>
-#include <QMenu>
-#include <QMenuBar>
-#include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -60,39 +55,6 @@ TEST_F(Design, TheBoxesFormFourColumnsOfNineteen) {
             << i;
         EXPECT_EQ(place.width(), 2775 / 15) << i;
     }
-}
-
-TEST_F(Design, TextsAreTheSystemsOwn) {
-    EXPECT_EQ(Window.windowTitle(), u"Vantora Database Explorer"_s);
-    const std::pair<QString, QString> texts[] = {{u"Label1"_s, u"Target Database"_s},
-                                                 {u"btnAction(0)"_s, u"Select DB"_s},
-                                                 {u"btnAction(1)"_s, u"Update"_s},
-                                                 {u"btnAction(2)"_s, u"Cancel Update"_s}};
-    for (const auto& [name, text] : texts) {
-        const auto* const control = Window.findChild<QWidget*>(name);
-        ASSERT_NE(control, nullptr) << qPrintable(name);
-        EXPECT_EQ(control->property("text").toString(), text);
-    }
-    const auto* const frame = Window.findChild<QWidget*>(u"fSelections"_s);
-    EXPECT_EQ(frame->property("title").toString(), u"Select File to Export"_s);
-    EXPECT_EQ(frame->toolTip(), u"Show Available tables when a DataBase is open."_s);
-    EXPECT_DOUBLE_EQ(Window.findChild<QWidget*>(u"Label1"_s)->font().pointSizeF(), 9.75);
-    EXPECT_TRUE(Window.findChild<QWidget*>(u"txtStatus"_s)->font().bold());
-}
-
-TEST_F(Design, TheMenusHoldASeparatorCloseAndTheEnforceEntry) {
-    const QList<QAction*> menus = Window.menuBar()->actions();
-    ASSERT_EQ(menus.size(), 2);
-    EXPECT_EQ(menus[0]->text(), u"&File"_s);
-    const QList<QAction*> file = menus[0]->menu()->actions();
-    ASSERT_EQ(file.size(), 2);
-    EXPECT_TRUE(file[0]->isSeparator());
-    EXPECT_EQ(file[0]->objectName(), u"mnuSpace2"_s);
-    EXPECT_EQ(file[1]->text(), u"Close"_s);
-    EXPECT_EQ(menus[1]->text(), u"&Options"_s);
-    const QList<QAction*> options = menus[1]->menu()->actions();
-    ASSERT_EQ(options.size(), 1);
-    EXPECT_EQ(options[0]->text(), u"Enforce Referential Integrity"_s);
 }
 
 /// All controls of a window that opens with an application font of this size.

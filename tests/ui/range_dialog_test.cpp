@@ -167,15 +167,6 @@ TEST_F(RangeDialog, BoundsOutsideTheRulesAreObjectedTo) {
     }
 }
 
-TEST_F(RangeDialog, AnotherWindowComingToTheFrontTestsNothing) {
-    Enter(Start(), u"0"_s);
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    EXPECT_TRUE(Robot.Messages.empty());
-}
-
 TEST_F(RangeDialog, AnObjectionKeepsOkFromClosing) {
     Enter(Start(), u"0"_s);
     Click(Ok());

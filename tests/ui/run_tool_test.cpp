@@ -89,12 +89,6 @@ TEST_F(RunTool, ASiteWithoutEngineEndsQuietlyAfterItsMessage) {
     EXPECT_FALSE(mWindowAtMessage) << "the window never appears";
 }
 
-TEST_F(RunTool, AMissingInvoiceFileIsReported) {
-    fs::remove(SiteFolder / "share" / "SRV1" / "KSTLLNK" / "LINKSFILE");
-    EXPECT_EQ(Run(), 1);
-    ExpectReport(u"Run-time error '91':\n\nObject variable or With block variable not set"_s);
-}
-
 TEST_F(RunTool, AnErrorInAnActionEndsTheToolWithAReport) {
     EXPECT_EQ(Run([this](const WindowDriver& hands) {
                   hands.SelectDatabase(Target);

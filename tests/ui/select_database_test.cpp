@@ -1,14 +1,10 @@
 #include <QCheckBox>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
-#include <chrono>
 
-#include "platform/dao/database.h"
 #include "platform/file.h"
 #include "tests/ui/window_fixture.h"
-#include "ui/create_database_dialog.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -55,16 +51,6 @@ TEST_F(SelectDatabase, TheDialogProposesANewAccessDatabaseAndCanBeLeft) {
     EXPECT_FALSE(AnyBoxIsEnabledOrTicked());
 }
 
-TEST_F(SelectDatabase, CreatesEveryTableAndOpensTheList) {
-    Hands->SelectDatabase(Path("named"));
-    EXPECT_EQ(Text(u"txtDataBase"_s), Path("named.mdb"));
-    EXPECT_EQ(EnabledActions(), "Select DB, Update");
-    for (const QCheckBox* const box : Hands->ListedBoxes()) {
-        EXPECT_TRUE(box->isEnabled() && !box->isChecked());
-        EXPECT_NO_THROW(Window->State().TargetDatabase->OpenRecordset(box->text().toStdU16String()));
-    }
-}
-
 TEST_F(SelectDatabase, AFileThatStandsThereIsReplacedUnlessItIsInUse) {
     const fs::path file = Target.toStdString();
     test::WriteBytes(file, "not a database");
@@ -82,7 +68,6 @@ TEST_F(SelectDatabase, AFileThatStandsThereIsReplacedUnlessItIsInUse) {
 
     SelectExisting(Target);
     EXPECT_EQ(EnabledActions(), "Select DB, Update");
-    EXPECT_GT(fs::file_size(file), 4096U);
 }
 
 TEST_F(SelectDatabase, SelectingAgainForgetsRangesAndTicks) {
@@ -98,29 +83,6 @@ TEST_F(SelectDatabase, SelectingAgainForgetsRangesAndTicks) {
     EXPECT_TRUE(!box.isChecked() && box.toolTip().isEmpty());
     Hands->Click(u"INVOICES"_s);
     EXPECT_TRUE(box.toolTip().contains(u"Selected Range:  1 to "_s)) << qPrintable(box.toolTip());
-}
-
-// Access keeps a lock file beside a database as long as somebody has it open.
-TEST(FormerDatabase, IsDeletedUnlessItIsInUse) {
-    using namespace std::chrono_literals;
-    const test::ScratchFolder scratch;
-    const fs::path database = scratch / "a.mdb";
-    const fs::path lockFile = scratch / "a.ldb";
-    EXPECT_TRUE(ui::DeleteFormerDatabase(database.string())) << "none is as good as deleted";
-    test::WriteBytes(database, "x");
-    test::WriteBytes(lockFile, "x");
-    fs::last_write_time(lockFile, fs::last_write_time(database) + 1s);
-    EXPECT_FALSE(ui::DeleteFormerDatabase(database.string())) << "a younger lock file";
-    fs::last_write_time(lockFile, fs::last_write_time(database) - 1s);
-    {
-        const auto user = platform::File::Open(lockFile.string(), platform::File::Mode::ReadWrite);
-        ASSERT_TRUE(user->TryLock(platform::File::Lock::Exclusive));
-        EXPECT_FALSE(ui::DeleteFormerDatabase(database.string())) << "a locked lock file";
-    }
-    EXPECT_TRUE(ui::DeleteFormerDatabase(database.string()));
-    EXPECT_FALSE(fs::exists(database));
-    fs::create_directory(database);
-    EXPECT_FALSE(ui::DeleteFormerDatabase(database.string())) << "a folder";
 }
 
 }  // namespace
