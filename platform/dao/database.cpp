@@ -77,8 +77,9 @@ class OpenDatabaseFile final : public Database {
 
 }  // namespace
 
-std::shared_ptr<Database> OpenDatabase(std::string_view path) {
-    return std::make_shared<OpenDatabaseFile>(jet::Database::Open(path, jet::Sharing::Shared));
+std::shared_ptr<Database> OpenDatabase(std::string_view path, bool exclusive) {
+    const auto sharing = exclusive ? jet::Sharing::Exclusive : jet::Sharing::Shared;
+    return std::make_shared<OpenDatabaseFile>(jet::Database::Open(path, sharing));
 }
 
 std::shared_ptr<Database> CreateDatabase(std::string_view path, std::string_view locale) {

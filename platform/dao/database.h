@@ -39,9 +39,10 @@ class Database : public std::enable_shared_from_this<Database> {
     virtual void Close() = 0;
 };
 
-/// Opens an existing database, shared and writable. Raises 3024 (no such file), 3343 (not an Access database
-/// of a known format), 3051 (may not be opened).
-std::shared_ptr<Database> OpenDatabase(std::string_view path);
+/// Opens an existing database writable, for other programs too unless it is opened exclusively. Raises 3024 (no
+/// such file), 3343 (not an Access database of a known format), 3051 (may not be opened), 3045 (asked for
+/// exclusively and open elsewhere).
+std::shared_ptr<Database> OpenDatabase(std::string_view path, bool exclusive = false);
 
 /// Creates a new database in the Jet 4 format with the locale ";LANGID=0x0409;CP=1252;COUNTRY=0".
 /// Raises 3204 (the file exists), 3424 (another locale), 3044 (no such folder), 3436 (cannot be created).

@@ -1,6 +1,7 @@
 // Little-endian integers in page bytes.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -13,8 +14,12 @@ template <typename T>
 T Load(const std::uint8_t* bytes) {
     static_assert(std::is_unsigned_v<T>);
     T value = 0;
-    for (std::size_t i = 0; i < sizeof(T); ++i) {
-        value = static_cast<T>(value | static_cast<T>(T{bytes[i]} << (8 * i)));
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&value, bytes, sizeof value);
+    } else {
+        for (std::size_t i = 0; i < sizeof(T); ++i) {
+            value = static_cast<T>(value | static_cast<T>(T{bytes[i]} << (8 * i)));
+        }
     }
     return value;
 }
@@ -22,7 +27,11 @@ T Load(const std::uint8_t* bytes) {
 template <typename T>
 void Store(std::uint8_t* bytes, T value) {
     static_assert(std::is_unsigned_v<T>);
-    for (std::size_t i = 0; i < sizeof(T); ++i) bytes[i] = static_cast<std::uint8_t>(value >> (8 * i));
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(bytes, &value, sizeof value);
+    } else {
+        for (std::size_t i = 0; i < sizeof(T); ++i) bytes[i] = static_cast<std::uint8_t>(value >> (8 * i));
+    }
 }
 
 inline std::uint16_t LoadU16(const std::uint8_t* bytes) {

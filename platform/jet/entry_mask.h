@@ -7,7 +7,6 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 #include "platform/jet/bytes.h"
 
@@ -18,13 +17,7 @@ inline constexpr std::size_t WordBytes = WordBits / 8;
 
 /// Bits 64 * index to 64 * index + 63.
 inline std::uint64_t WordAt(const std::uint8_t* mask, std::size_t index) {
-    if constexpr (std::endian::native == std::endian::little) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, mask + index * WordBytes, WordBytes);
-        return word;
-    } else {
-        return LoadU64(mask + index * WordBytes);
-    }
+    return LoadU64(mask + index * WordBytes);
 }
 
 inline bool Test(const std::uint8_t* mask, std::size_t bit) {

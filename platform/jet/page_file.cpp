@@ -344,7 +344,7 @@ void PageFile::Sync() {
     Checkpoint();
     WriteChanged(Pages::All);  // the global map knows now of the pages that Checkpoint gave back
     try {
-        if (!IsShared() && IsWritable()) CutFreeEnd();
+        if (!IsShared() && mWritten) CutFreeEnd();
         if (IsWritable()) mFile->Sync();
     } catch (const platform::Error& error) {
         FailWriting(error);
@@ -424,6 +424,7 @@ void PageFile::WriteChanged(Pages which) {
 }
 
 void PageFile::WriteRun(std::span<Frame* const> run) {
+    mWritten = true;
     mWriteBuffer.resize(run.size() * PageSize());
     for (std::size_t i = 0; i < run.size(); ++i) {
         std::memcpy(&mWriteBuffer[i * PageSize()], run[i]->Bytes.get(), PageSize());

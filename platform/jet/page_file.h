@@ -188,6 +188,7 @@ class PageFile {
     std::uint32_t mFreePages = 0;         // given back to the global map and not taken again
     std::int64_t mPromised = 0;
     std::vector<std::uint8_t> mWriteBuffer;
+    bool mWritten = false;
     std::optional<platform::Error> mFailure;  // of the first write of an Exclusive file that failed
     std::unique_ptr<PageAllocator> mAllocator;
 };

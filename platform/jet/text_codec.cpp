@@ -27,18 +27,18 @@ std::u16string DecodePairs(std::span<const std::uint8_t> bytes) {
 std::u16string DecodeCompressed(std::span<const std::uint8_t> bytes) {
     std::u16string text;
     text.reserve(bytes.size());
-    bool single = true;
-    for (std::size_t i = 0; i < bytes.size();) {
-        if (bytes[i] == 0) {
-            single = !single;
-            ++i;
-        } else if (single) {
-            text.push_back(bytes[i++]);
+    for (bool single = true; !bytes.empty(); single = !single) {
+        std::size_t length = 0;
+        if (single) {
+            length = static_cast<std::size_t>(std::ranges::find(bytes, std::uint8_t{0}) - bytes.begin());
+            const std::size_t end = text.size();
+            text.resize(end + length);
+            std::copy_n(bytes.begin(), length, text.begin() + static_cast<std::ptrdiff_t>(end));
         } else {
-            if (i + 1 == bytes.size()) break;
-            text.push_back(LoadU16(&bytes[i]));
-            i += 2;
+            for (; length + 1 < bytes.size() && bytes[length] != 0; length += 2)
+                text.push_back(LoadU16(&bytes[length]));
         }
+        bytes = bytes.subspan(std::min(bytes.size(), length + 1));
     }
     return text;
 }
