@@ -109,6 +109,10 @@ TEST_F(HandLaidSite, RecordsAndTheirChainChangeByteForByte) {
     std::string after = test::With(before, 7 * 512 + 3, Hex("00 00 00 02 00 00 00 07 00 00 00 04"));
     after = test::With(after, 7 * 512 + 7 * 8 + 1, Hex("00 00 00 00 00 05 00 00"));
     EXPECT_EQ(mSite.ContainerBytes(), after);
+    // Then 2, whose next is 0: the chain is empty, and the number above the highest one follows.
+    EXPECT_EQ(TakeFreeRecord(file), 2);
+    EXPECT_EQ(TakeFreeRecord(file), 8);
+    EXPECT_EQ(file->HighUsedRecord(), 8);
 }
 
 }  // namespace

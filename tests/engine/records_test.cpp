@@ -138,19 +138,6 @@ TEST_F(Records, TheActiveCountNeverFallsBelowZero) {
     EXPECT_EQ(OnDisk(1), Deleted(-1));
 }
 
-TEST_F(Records, AFreeRecordIsTheHeadOfTheChainElseANewOne) {
-    gEngine->DelRec(mFile, 5);
-    gEngine->WriteFile(mFile->OpenFile, Deleted(0), 5120 + 9 * Length);
-    EXPECT_EQ(TakeFreeRecord(mFile), 5);
-    EXPECT_EQ(ZeroOnDisk(), RecordZero(9, 11, 7));
-    EXPECT_EQ(TakeFreeRecord(mFile), 9);
-    EXPECT_EQ(ZeroOnDisk(), RecordZero(0, 11, 8));
-    EXPECT_EQ(TakeFreeRecord(mFile), 12);
-    // The file's capacity is not looked at.
-    EXPECT_EQ(TakeFreeRecord(mFile), 13);
-    EXPECT_EQ(ZeroOnDisk(), RecordZero(0, 13, 10));
-}
-
 TEST_F(Records, InitFileEmptiesAPlainFile) {
     gEngine->InitFile(mFile);
     // The header block covers records 1 to 4 and the start of 5; all are NULs again.
