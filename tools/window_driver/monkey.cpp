@@ -124,7 +124,7 @@ void Monkey::ActOnRangeDialog(QWidget& dialog) {
     auto* const box = dialog.findChild<QLineEdit*>(OneIn(2) ? u"e_Start"_s : u"e_End"_s);
     box->setFocus();
     box->selectAll();
-    if (OneIn(40)) QTest::keyClick(box, Qt::Key_Delete);
+    if (OneIn(40)) return QTest::keyClick(box, Qt::Key_Delete);
     QTest::keyClicks(box, QString::number(Below(2000)));
 }
 
