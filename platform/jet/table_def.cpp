@@ -61,8 +61,9 @@ bool ColumnBefore(const Column& a, const Column& b) {
     return a.Ordinal != b.Ordinal ? a.Ordinal < b.Ordinal : NameBefore(a.Name, b.Name);
 }
 
-/// The pages of a chain. Raises 3428 for a chain longer than the string can need.
+/// The pages of a chain. Raises 3428 for one that begins nowhere or is longer than the string can need.
 std::vector<std::uint32_t> ChainPages(PageFile& file, std::uint32_t first) {
+    if (first == 0) throw file.Damaged();
     std::vector<std::uint32_t> pages;
     for (std::uint32_t page = first; page != 0;) {
         if (pages.size() > MaxStringLength / file.PageSize()) throw file.Damaged();

@@ -34,14 +34,6 @@ TEST_F(Databases, OpeningNeedsAnAccessFile) {
     EXPECT_EQ(Triple([&] { OpenDatabase(Path()); }), "3343 Unrecognized database format '" + Path() + "'.");
 }
 
-TEST_F(Databases, ANewDatabaseHasNoTables) {
-    Create();
-    EXPECT_TRUE(mDatabase->TableDefs().Names().empty());
-    EXPECT_EQ(mDatabase->Relations().Count(), 0);
-    Reopen();
-    EXPECT_TRUE(mDatabase->TableDefs().Names().empty());
-}
-
 TEST_F(Databases, TablesKeepTheirColumnsAndIndexesOverAnOpening) {
     MakeTable(u"Beta",
               {{u"Zulu", FieldType::Text, 12}, {u"Alpha", FieldType::Memo, 99}, {u"N", FieldType::Text}},

@@ -73,20 +73,6 @@ TEST_F(Samples, AJet3RowIsEditedInItsPlace) {
     EXPECT_EQ(test::ErrorOf([&] { Add(*again, {1}); }).Number, 3027) << "rows are not added to this format";
 }
 
-TEST_F(Samples, EveryIndexOfAJet4FileIsWalked) {
-    OpenCopy("indexTestV2000.mdb");
-    for (const std::u16string& name : mDatabase->TableDefs().Names()) {
-        const auto table = mDatabase->TableDefs().Item(name);
-        const auto rows = mDatabase->OpenRecordset(name);
-        for (int i = 0; i < table->Indexes().Count(); ++i) {
-            rows->SetIndex(table->Indexes().Item(i).Name);
-            int walked = 0;
-            for (; !rows->AtEnd(); rows->MoveNext()) ++walked;
-            EXPECT_EQ(walked, rows->RecordCount());
-        }
-    }
-}
-
 TEST_F(Samples, RowsAreAddedToAnEnginesJet4File) {
     OpenCopy("adox_jet4.mdb");
     MakeTable(u"Added", {{u"A", FieldType::Text, 9}}, {{u"PrimaryKey", {u"A"}, true}});

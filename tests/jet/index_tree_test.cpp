@@ -118,14 +118,6 @@ TEST_F(IndexTrees, RowsInIndexOrderFillEveryLeaf) {
     EXPECT_LE(checker.LeafCount(), Rows / 590U);
 }
 
-TEST_F(IndexTrees, EqualKeysAreOrderedByRow) {
-    for (std::uint32_t i = 0; i < 3'000; ++i) Insert(LongKey(7), RowOf(i * 7'919 % 3'000));
-    Check();
-    EXPECT_TRUE(mTree.Contains(LongKey(7)));
-    EXPECT_FALSE(mTree.Contains(LongKey(6)));
-    EXPECT_EQ(mTree.LowerBound(LongKey(7)).Row(), RowOf(0));
-}
-
 TEST_F(IndexTrees, LowerBoundFindsTheFirstKeyNotBelow) {
     for (int i = 0; i < 2'000; ++i) Insert(LongKey(10 * i), RowOf(static_cast<std::uint32_t>(i)));
     EXPECT_EQ(mTree.LowerBound(LongKey(-5)).Key(), LongKey(0));

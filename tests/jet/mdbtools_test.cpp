@@ -104,16 +104,5 @@ TEST_F(OtherReaders, ReadMemosOfEveryKind) {
     EXPECT_EQ(Lines(Run("mdb-export", "-H T")), expected);
 }
 
-TEST_F(OtherReaders, CountTheRowsOfALargeTable) {
-    auto table = MakeTable({{u"Id", ColumnType::Long}, {u"Text", ColumnType::Text, 200}},
-                           {{u"PrimaryKey", {{u"Id"}}, true}});
-    for (std::int32_t i = 0; i < 20'000; ++i) table->Insert(Row{i, std::u16string(150, u'\u0416')});
-    mDatabase->Close();
-    const std::vector<std::string> lines = Lines(Run("mdb-export", "-H T"));
-    ASSERT_EQ(lines.size(), 20'000U);
-    EXPECT_THAT(lines[19'999], testing::StartsWith("19999,"));
-    EXPECT_EQ(Run("mdb-count", "T"), "20000\n");
-}
-
 }  // namespace
 }  // namespace jet

@@ -129,15 +129,6 @@ TEST_F(Samples, ValuesOfAJet3TableAreRead) {
                                                       platform::OleDate{27293.0}, Currency{35000}, true}));
 }
 
-TEST_F(Samples, OrderDetailsBeginWithTheFirstOrder) {
-    const auto table = TableOf("nwind.mdb", u"Order Details");
-    Row row;
-    table->Read(*table->FirstRow(), row);
-    EXPECT_EQ(row, (Row{10248, 11, Currency{140000}, 12, 0.0}));
-    table->Read(table->Index(0).First().Row(), row);
-    EXPECT_EQ(row[0], Value{10248});
-}
-
 TEST_F(Samples, LongValuesOfEveryKindAreRead) {
     const auto categories = TableOf("nwind.mdb", u"Categories");
     const auto column = *categories->Definition().FindColumn(u"Picture");
@@ -154,11 +145,6 @@ TEST_F(Samples, LongValuesOfEveryKindAreRead) {
         }
     }
     EXPECT_THAT(lengths, testing::IsSupersetOf({12'757U, 22'970U})) << "chains of four and six pages";
-}
-
-TEST_F(Samples, NamesWithoutRegardToLetterCase) {
-    EXPECT_NE(TableOf("nwind.mdb", u"ORDER DETAILS"), nullptr);
-    EXPECT_EQ(TableOf("nwind.mdb", u"Order Detail"), nullptr);
 }
 
 /// Changes the first Long of every row of a table with indexes, in both versions of the format.

@@ -29,7 +29,13 @@ IndexCheck::IndexCheck(jet::PageFile& file, const jet::Table& table, std::size_t
       mClaims(claims),
       mReport(report),
       mMap(file, mIndex.Map),
-      mValues(table.Definition().Columns.size()) {}
+      mValues(table.Definition().Columns.size()) {
+    for (const jet::IndexKeyColumn& part : mIndex.Columns) {
+        const auto position = table.Definition().FindColumnNumber(part.ColumnNumber);
+        mHasText =
+            mHasText || (position && table.Definition().Columns[*position].Type == jet::ColumnType::Text);
+    }
+}
 
 void IndexCheck::Run() {
     mClaims.ClaimMap(mIndex.Map, mUser);
@@ -97,7 +103,11 @@ void IndexCheck::CheckEntry(const std::string& entry) {
 
 void IndexCheck::CheckKey(const std::string& key, jet::RowPointer row) {
     if (!mKeysCanBeMade || !MakeKey(row)) return;
-    if (mKey.Bytes != key) Damage("the key of " + RowName(row) + " is not the one that its values make");
+    if (mKey.Bytes == key) {
+        mReport.CountKey(mHasText);
+    } else {
+        Damage("the key of " + RowName(row) + " is not the one that its values make");
+    }
     if (mIndex.IsRequired() && mKey.HasNull) Damage("a Null in the key of " + RowName(row));
 }
 

@@ -53,6 +53,7 @@ class IndexCheck {
     std::uint32_t mAnnouncedNext = 0;
     unsigned mLeafDepth = 0;
     bool mKeysCanBeMade = true;
+    bool mHasText = false;
 };
 
 }  // namespace mdb_check

@@ -28,7 +28,8 @@ int main(int argc, char** argv) {
                       << '\n';
         });
         mdb_check::CheckFile(path, report);
-        std::cout << path << ": " << report.Damages() << " damages, " << report.Notes() << " notes\n";
+        std::cout << path << ": " << report.Damages() << " damages, " << report.Notes() << " notes; "
+                  << report.Keys() << " keys made again, " << report.TextKeys() << " of them with text\n";
         sound = sound && report.Damages() == 0;
     }
     return sound ? 0 : 1;

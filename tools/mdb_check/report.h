@@ -28,6 +28,14 @@ class Report {
         mSink(Kind::Note, text);
     }
 
+    /// An index entry whose key was made again from its row, and is the same.
+    void CountKey(bool isText) {
+        ++mKeys;
+        if (isText) ++mTextKeys;
+    }
+
+    std::size_t Keys() const { return mKeys; }
+    std::size_t TextKeys() const { return mTextKeys; }  // those of indexes over a text column
     std::size_t Damages() const { return mDamages; }
     std::size_t Notes() const { return mNotes; }
 
@@ -36,6 +44,8 @@ class Report {
     Sink mSink;
     std::size_t mDamages = 0;
     std::size_t mNotes = 0;
+    std::size_t mKeys = 0;
+    std::size_t mTextKeys = 0;
 };
 
 }  // namespace mdb_check
