@@ -18,7 +18,7 @@ namespace {
 constexpr unsigned MostMoves = 8;  // of one row, before its pointers count as a cycle
 constexpr std::size_t MovedPointerLength = 4;
 constexpr std::size_t LongestFixed = 17;
-constexpr std::size_t MostWaitingBytes = std::size_t{32} << 20;
+constexpr std::size_t MostWaitingBytes = std::size_t{16} << 20;  // while an index is built
 constexpr std::uint32_t LeastMapsOnPage = 25;  // of the longest rows that a new map has in either version
 
 bool IsNull(const Value& value) {
