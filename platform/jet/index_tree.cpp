@@ -53,8 +53,7 @@ void IndexTree::Insert(std::string_view key, RowPointer row) {
     mEntry = key;
     AppendPointer(mEntry, row.Dword());
     mSizes.reset();
-    if (Append(mEntry)) return;
-
+    mLastLeaf = 0;
     Place place = Locate(mEntry);
     if (!place.AllTails && place.Offset == place.Leaf.End()) {
         // Above everything, in a tree whose last child still has an entry: that entry rises first.
@@ -62,21 +61,12 @@ void IndexTree::Insert(std::string_view key, RowPointer row) {
         place = Locate(mEntry);
     }
     if (place.Leaf.HoldsEntry(place.Offset, mEntry)) throw mFile.Damaged();
-    if (!mFile.IsShared() && place.AllTails && place.Leaf.Next() == 0) mLastLeaf = place.Leaf.Number();
     if (!place.Leaf.Insert(place.Offset, mEntry)) SplitLeaf(std::move(place), mEntry);
-}
-
-/// The way of rows that come in the index's order; false when it is not open.
-bool IndexTree::Append(std::string_view entry) {
-    if (mLastLeaf == 0) return false;
-    IndexPage leaf = Read(mLastLeaf);
-    return !leaf.IsEmpty() && leaf.IsAboveAll(entry) && leaf.Insert(leaf.End(), entry);
 }
 
 void IndexTree::SplitLeaf(Place place, std::string_view entry) {
     IndexPage& left = place.Leaf;
     const bool atRightEdge = left.Next() == 0 && place.Offset == left.End();
-    const bool wasLastLeaf = mLastLeaf == left.Number();
     std::vector<std::string> entries = left.Entries();
     entries.emplace(std::lower_bound(entries.begin(), entries.end(), entry), entry);
     const std::vector<std::string_view> views = Views(entries);
@@ -86,7 +76,6 @@ void IndexTree::SplitLeaf(Place place, std::string_view entry) {
     IndexPage right = MakeRightOf(left);
     const std::span<const std::string_view> all(views);
     if (!left.Assign(all.first(split)) || !right.Assign(all.subspan(split))) throw mFile.Damaged();
-    if (wasLastLeaf) mLastLeaf = right.Number();
     AddSibling(place.Way, place.Way.Count - 1, entries[split - 1], right.Number());
 }
 

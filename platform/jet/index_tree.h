@@ -93,7 +93,6 @@ class IndexTree {
     template <typename Visit>
     void ForEachLeaf(Visit visit) const;
     const EntrySizes& Sizes() const;
-    bool Append(std::string_view entry);
     void SplitLeaf(Place place, std::string_view entry);
     IndexPage MakePage(PageType type);
     IndexPage MakeRightOf(IndexPage& page);

@@ -170,7 +170,10 @@ int main(int argc, char** argv) {
     try {
         Photographer photographer(QString::fromLocal8Bit(argv[1]));
         photographer.Session(QString());
-        QApplication::setPalette(QPalette(QColor(45, 45, 48)));
+        QPalette dark(QColor(45, 45, 48));
+        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+            dark.setColor(QPalette::Disabled, role, QColor(140, 140, 145));
+        QApplication::setPalette(dark);
         photographer.Session(u"-dark"_s);
         return 0;
     } catch (const std::exception& failure) {
