@@ -15,7 +15,6 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -29,6 +28,8 @@
 #include "engine/site_configuration.h"
 #include "export/export_run.h"
 #include "platform/code_page.h"
+#include "platform/dao/row_sink.h"
+#include "platform/silent_window.h"
 #include "tools/sample_site/field_packing.h"
 #include "tools/sample_site/sample_site.h"
 
@@ -70,16 +71,10 @@ std::optional<Arguments> ReadArguments(int count, char** words) {
     return arguments;
 }
 
-/// Nothing is shown and nobody cancels.
-class NoWindow : public platform::WindowServices {
+/// Messages go to the terminal, and nobody cancels.
+class MessageWindow : public platform::SilentWindow {
   public:
     void ShowMessage(const platform::Message& message) override { std::puts(message.Text.c_str()); }
-    void SetStatus(const std::string&) override {}
-    void SetProgress(std::int32_t, std::int32_t) override {}
-    void ShowHexDisplay(const std::string&) override {}
-    void Yield() override {}
-    void EnableAction(int, bool) override {}
-    void ShowHourglass(bool) override {}
 };
 
 /// The captions alone.
@@ -114,22 +109,12 @@ class LostField : public dao::RecordsetField {
 };
 
 /// Counts the rows that it loses.
-class LostRows : public dao::Recordset {
+class LostRows : public dao::RowSink {
   public:
-    void SetIndex(std::u16string_view) override {}
-    void MoveFirst() override {}
-    void MoveNext() override {}
-    bool AtEnd() const override { return true; }
-    void Seek(std::string_view, std::span<const dao::Value>) override {}
-    bool NoMatch() const override { return true; }
-    void Edit() override {}
-    void AddNew() override {}
     void Update() override { ++mCount; }
     dao::RecordsetField& Fields(std::u16string_view) override { return mField; }
     dao::RecordsetField& Fields(int) override { return mField; }
-    int FieldCount() const override { return 0; }
     std::int32_t RecordCount() const override { return mCount; }
-    void Close() override {}
 
   private:
     LostField mField;
@@ -137,17 +122,11 @@ class LostRows : public dao::Recordset {
 };
 
 /// The target database of --discard: only its rows are asked for.
-class LostTarget : public dao::Database {
+class LostTarget : public dao::RowSinkDatabase {
   public:
     std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view) override {
         return std::make_shared<LostRows>();
     }
-    std::shared_ptr<dao::TableDef> CreateTableDef(std::u16string_view) override { return nullptr; }
-    dao::TableDefs& TableDefs() override { throw std::logic_error("no tables"); }
-    std::shared_ptr<dao::Relation> CreateRelation(std::u16string_view) override { return nullptr; }
-    dao::Relations& Relations() override { throw std::logic_error("no relations"); }
-    void Flush() override {}
-    void Close() override {}
 };
 
 double CpuSeconds() {
@@ -192,7 +171,7 @@ Measure Measured(Work work) {
 }
 
 std::int64_t ExportTable(catalogue::InterfaceState& state, const Captions& list, std::int16_t box) {
-    NoWindow window;
+    MessageWindow window;
     catalogue::EmptyTableFiles(state);
     catalogue::OpenFiles(state, list, window, box);
     catalogue::BuildCollection(state, list, box);
@@ -202,7 +181,7 @@ std::int64_t ExportTable(catalogue::InterfaceState& state, const Captions& list,
 
 /// From Select DB to the closed target; with the figures of every table where they are asked for.
 std::int64_t Export(const fs::path& target, bool discard, bool printTables) {
-    NoWindow window;
+    MessageWindow window;
     engine::LoadSiteConfiguration(false, window);
     if (!engine::gEngine) throw std::runtime_error("the site gives no engine");
     const sample::CompressionAlphabet alphabet;  // of a running program

@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
         std::uint64_t values = 0;
         for (; !rows->AtEnd(); rows->MoveNext(), ++count) {
             for (int i = 0; i < columns; ++i)
-                values += std::holds_alternative<std::monostate>(rows->Fields(i).GetValue()) ? 0 : 1;
+                values += std::holds_alternative<std::monostate>(rows->Fields(i).GetValue()) ? 0U : 1U;
         }
         std::cout << count << " rows, " << values << " values\n";
         database->Close();

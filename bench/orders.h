@@ -3,9 +3,10 @@
 // own.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <random>
 #include <string>
 
 namespace bench {
@@ -48,24 +49,34 @@ class OrderGenerator {
     }
 
   private:
-    std::uint64_t Below(std::uint64_t limit) { return mRandom() % limit; }
+    std::uint64_t Below(std::uint64_t limit) { return Draw() % limit; }
 
     void MakeText(std::u16string& text) {
-        constexpr char16_t Alphabet[] = u"ABCDEFGHIJKLMNOPQRSTUVWXYZ abcdefghijklmnopqrstuvwxyz0123456789";
-        constexpr std::uint64_t AlphabetLength = sizeof(Alphabet) / sizeof(char16_t) - 1;
+        constexpr char16_t Alphabet[] = u"ABCDEFGHIJKLMNOPQRSTUVWXYZ abcdefghijklmnopqrstuvwxyz0123456789e";
+        constexpr unsigned CharacterBits = 6;
+        static_assert(sizeof Alphabet / sizeof *Alphabet == (1U << CharacterBits) + 1);
+        constexpr std::size_t CharactersInDraw = 64 / CharacterBits;
         constexpr std::uint64_t Shortest = 8;
         constexpr std::uint64_t Longest = 30;
         text.resize(Shortest + Below(Longest - Shortest + 1));
-        std::uint64_t bits = 0;
-        for (char16_t& character : text) {
-            if (bits < AlphabetLength) bits = mRandom();
-            character = Alphabet[bits % AlphabetLength];
-            bits /= AlphabetLength;
+        for (std::size_t start = 0; start < text.size(); start += CharactersInDraw) {
+            std::uint64_t bits = Draw();
+            const std::size_t end = std::min(start + CharactersInDraw, text.size());
+            for (std::size_t i = start; i < end; ++i, bits >>= CharacterBits)
+                text[i] = Alphabet[bits % (1U << CharacterBits)];
         }
         if (text.back() == u' ') text.back() = u'.';  // trailing blanks would not count in a key
     }
 
-    std::mt19937_64 mRandom{20240607};
+    /// The next number of a splitmix64 sequence: making the rows should cost little beside writing them.
+    std::uint64_t Draw() {
+        std::uint64_t mixed = mState += 0x9E3779B97F4A7C15U;
+        mixed = (mixed ^ mixed >> 30U) * 0xBF58476D1CE4E5B9U;
+        mixed = (mixed ^ mixed >> 27U) * 0x94D049BB133111EBU;
+        return mixed ^ mixed >> 31U;
+    }
+
+    std::uint64_t mState = 20240607;
     Order mOrder;
 };
 

@@ -239,13 +239,11 @@ void TableRecordset::Update() {
 }
 
 void TableRecordset::StoreChanges() {
-    const std::vector<jet::Column>& columns = mTable.Definition().Columns;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (mBuffer.IsAssigned(i) && !columns[i].IsFixed()) throw DataError(jet::NotSupported);
+    std::vector<jet::Table::Change> changes;
+    for (std::size_t i = 0; i < mShapes.size(); ++i) {
+        if (mBuffer.IsAssigned(i)) changes.push_back({i, mBuffer.At(i)});
     }
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (mBuffer.IsAssigned(i)) mTable.UpdateFixed(mRow, i, mBuffer.At(i));
-    }
+    mTable.UpdateFixed(mRow, changes);
 }
 
 void TableRecordset::Close() {

@@ -19,7 +19,7 @@ RowPointer IndexTree::Cursor::Row() const {
 }
 
 std::string_view IndexTree::Cursor::Key() const {
-    return std::string_view(mEntry).substr(0, mEntry.size() - IndexPage::PointerLength);
+    return KeyOf(mEntry);
 }
 
 void IndexTree::Cursor::Seek(std::string_view entry) {

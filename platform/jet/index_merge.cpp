@@ -15,10 +15,6 @@ namespace jet {
 
 namespace {
 
-std::string_view KeyOf(std::string_view entry) {
-    return entry.substr(0, entry.size() - std::min(entry.size(), IndexPage::PointerLength));
-}
-
 /// Brings the entries of the old leaves and the waiting ones into one ascending sequence.
 class Sequence {
   public:

@@ -38,10 +38,7 @@ struct IndexTree::Node {
     }
 
     /// An entry without its child.
-    std::string Separator(std::size_t place) const {
-        const std::string& entry = Entries[place];
-        return entry.substr(0, entry.size() - IndexPage::PointerLength);
-    }
+    std::string Separator(std::size_t place) const { return std::string(KeyOf(Entries[place])); }
 
     /// The last child loses its entry, which a rightmost child does not need.
     void MakeTail() {

@@ -28,6 +28,10 @@ std::uint32_t PointerOf(std::string_view entry) {
     return pointer;
 }
 
+std::string_view KeyOf(std::string_view entry) {
+    return entry.substr(0, entry.size() - std::min(entry.size(), IndexPage::PointerLength));
+}
+
 void StorePointer(char* place, std::uint32_t pointer) {
     for (const unsigned shift : {24U, 16U, 8U, 0U})
         *place++ = static_cast<char>(static_cast<std::uint8_t>(pointer >> shift));

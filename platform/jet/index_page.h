@@ -149,6 +149,9 @@ class IndexPage {
 
 /// The last four bytes of an entry, highest first: a child page, or RowPointer::Dword.
 std::uint32_t PointerOf(std::string_view entry);
+
+/// An entry without its pointer: a leaf's key, a node's last leaf entry.
+std::string_view KeyOf(std::string_view entry);
 void AppendPointer(std::string& entry, std::uint32_t pointer);
 void StorePointer(char* place, std::uint32_t pointer);
 

@@ -30,10 +30,6 @@ struct Sortable {
 
 }  // namespace
 
-PendingEntries::Entry PendingEntries::KeyOf(Entry entry) {
-    return entry.substr(0, entry.size() - IndexPage::PointerLength);
-}
-
 void PendingEntries::Add(std::string_view key, RowPointer row) {
     const std::size_t length = key.size() + IndexPage::PointerLength;
     if (mChunks.empty() || ChunkBytes - mChunkUsed < length) {

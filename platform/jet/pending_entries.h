@@ -38,8 +38,6 @@ class PendingEntries {
     void Clear();
 
   private:
-    static Entry KeyOf(Entry entry);
-
     std::vector<std::unique_ptr<char[]>> mChunks;
     std::size_t mChunkUsed = 0;
     std::vector<Entry> mEntries;

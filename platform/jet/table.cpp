@@ -191,40 +191,40 @@ void Table::AddEntries(RowPointer row) {
 
 // Changing
 
-void Table::UpdateFixed(RowPointer row, std::size_t column, const Value& value) {
-    const Column& definition = mDefinition.Columns[column];
-    if (!definition.IsFixed()) throw DataError(NotSupported);
+void Table::UpdateFixed(RowPointer row, std::span<const Change> changes) {
     SharedChange change(mFile);
     BeginChange();
     for (std::size_t i = 0; i < mIndexes.size(); ++i) MergeWaiting(i);
 
     Place place = Locate(row);
     const RowReader reader(mFile, mDefinition, place.Page.Row(place.Row));
-    if (!reader.Holds(definition)) throw DataError(NotSupported);
-    const std::vector<ChangedKey> changed = ChangedKeys(reader, column, value);
+    const auto old = place.Page.Row(place.Row);
+    std::vector<std::uint8_t> bytes(old.begin(), old.end());
+    for (const Change& one : changes) StoreFixed(bytes, reader, one);
+    const std::vector<ChangedKey> changed = ChangedKeys(reader, changes);
     mFile.Reserve(static_cast<std::uint32_t>(changed.size()) * 2 * IndexTree::MostNewPages);
 
-    StoreFixed(place, reader, definition, value);
+    std::ranges::copy(bytes, place.Page.ChangeRow(place.Row).begin());
     MoveEntries(row, changed);
     if (mFile.IsShared()) Publish();
     change.Commit();
     mFile.Settle();
 }
 
-/// The indexes that the change concerns, checked: nothing stands in its way.
-std::vector<Table::ChangedKey> Table::ChangedKeys(const RowReader& reader, std::size_t column,
-                                                  const Value& value) {
+/// The indexes that the changes concern, checked: nothing stands in their way.
+std::vector<Table::ChangedKey> Table::ChangedKeys(const RowReader& reader, std::span<const Change> changes) {
     std::vector<ChangedKey> changed;
     std::vector<Value> values(mDefinition.Columns.size());
     for (std::size_t i = 0; i < mIndexes.size(); ++i) {
         OpenIndex& index = *mIndexes[i];
-        if (!index.Rules.Covers(column)) continue;
+        const auto covered = [&](const Change& change) { return index.Rules.Covers(change.Column); };
+        if (std::ranges::none_of(changes, covered)) continue;
         for (std::size_t k = 0; k < values.size(); ++k) {
             if (index.Rules.Covers(k)) values[k] = reader.Read(mDefinition.Columns[k]);
         }
         RowKey old;
         index.Rules.MakeKey(values, old);
-        values[column] = value;
+        for (const Change& change : changes) values[change.Column] = change.To;
         index.Rules.MakeKey(values, index.Key);
         if (index.Key.Bytes != old.Bytes) changed.push_back({i, std::move(old)});
     }
@@ -247,14 +247,15 @@ void Table::MoveEntries(RowPointer row, std::span<const ChangedKey> changed) {
     }
 }
 
-void Table::StoreFixed(Place& place, const RowReader& reader, const Column& column, const Value& value) {
+/// Puts a value into a row's bytes, of which reader tells the places.
+void Table::StoreFixed(std::span<std::uint8_t> row, const RowReader& reader, const Change& change) const {
+    const Column& column = mDefinition.Columns[change.Column];
+    if (!column.IsFixed() || !reader.Holds(column)) throw DataError(NotSupported);
     const bool isBoolean = column.Type == ColumnType::Boolean;
-    std::array<std::uint8_t, LongestFixed> bytes{};
-    if (!isBoolean && !IsNull(value)) EncodeFixed(column, value, bytes.data());
-    const bool set = isBoolean ? BooleanOf(value) : !IsNull(value);
-
-    const std::span<std::uint8_t> row = place.Page.ChangeRow(place.Row);
+    const bool set = isBoolean ? BooleanOf(change.To) : !IsNull(change.To);
     if (!isBoolean) {
+        std::array<std::uint8_t, LongestFixed> bytes{};
+        if (set) EncodeFixed(column, change.To, bytes.data());
         const std::size_t start = reader.FixedAt() + column.FixedOffset;
         if (column.Size > bytes.size() || start + column.Size > reader.MaskAt()) throw mFile.Damaged();
         std::copy_n(bytes.begin(), column.Size, &row[start]);

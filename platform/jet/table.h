@@ -45,10 +45,20 @@ class Table {
     void Read(RowPointer row, std::vector<Value>& values) const;
     Value ReadColumn(RowPointer row, std::size_t column) const;
 
-    /// Changes one column of fixed length in its place, with the indexes over it. Raises 3251 for another
+    /// The new value of a column (its position, 0-based).
+    struct Change {
+        std::size_t Column;
+        Value To;
+    };
+
+    /// Changes columns of fixed length in their places, with the indexes over them. Raises 3251 for another
     /// column, and for one that was added to the table after the row was written; else what Insert and Read
     /// raise. Nothing is changed then.
-    void UpdateFixed(RowPointer row, std::size_t column, const Value& value);
+    void UpdateFixed(RowPointer row, std::span<const Change> changes);
+    void UpdateFixed(RowPointer row, std::size_t column, const Value& value) {
+        const Change change{column, value};
+        UpdateFixed(row, std::span(&change, 1));
+    }
 
     /// Rows in the table's physical order; nothing at the end. NextRow finds its way from a row that was
     /// deleted meanwhile.
@@ -101,9 +111,9 @@ class Table {
     void CheckKeys(std::span<const Value> values);
     std::uint32_t PagesForEntries();
     void AddEntries(RowPointer row);
-    std::vector<ChangedKey> ChangedKeys(const RowReader& reader, std::size_t column, const Value& value);
+    std::vector<ChangedKey> ChangedKeys(const RowReader& reader, std::span<const Change> changes);
     void MoveEntries(RowPointer row, std::span<const ChangedKey> changed);
-    void StoreFixed(Place& place, const RowReader& reader, const Column& column, const Value& value);
+    void StoreFixed(std::span<std::uint8_t> row, const RowReader& reader, const Change& change) const;
     void BuildIndex(RealIndex& index, OpenIndex& open);
     void FreeIndexPages(const RealIndex& index);
 

@@ -51,8 +51,10 @@ std::u16string DecodeText(std::span<const std::uint8_t> bytes, Version version) 
 }
 
 bool IsCompressible(std::u16string_view text) {
-    return text.size() >= ShortestCompressed &&
-           std::ranges::all_of(text, [](char16_t c) { return c >= 1 && c <= HighestCompressed; });
+    // Without an early end the compiler takes several characters at a time. One below NUL all bits are set.
+    unsigned bits = 0;
+    for (const char16_t c : text) bits |= c | (c - 1U);
+    return text.size() >= ShortestCompressed && bits <= HighestCompressed;
 }
 
 std::size_t EncodedLength(std::u16string_view text, bool compressed) {

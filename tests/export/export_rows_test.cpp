@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/dao/row_sink.h"
 #include "tests/export/parts_fixture.h"
 #include "tests/support/expect_error.h"
 
@@ -16,7 +17,7 @@ using test::Rows;
 class ExportRows : public test::PartsFixture {};
 
 /// A target table without columns that fails to take any row.
-class FailingRows : public dao::Recordset {
+class FailingRows : public dao::RowSink {
   public:
     explicit FailingRows(int number) : mNumber(number) {}
 
@@ -26,33 +27,17 @@ class FailingRows : public dao::Recordset {
     void Update() override { throw platform::Error(mNumber, "", ""); }
     dao::RecordsetField& Fields(std::u16string_view) override { throw platform::Error(3265, "", ""); }
     dao::RecordsetField& Fields(int) override { throw platform::Error(3265, "", ""); }
-    void SetIndex(std::u16string_view) override {}
-    void MoveFirst() override {}
-    void MoveNext() override {}
-    bool AtEnd() const override { return true; }
-    void Seek(std::string_view, std::span<const dao::Value>) override {}
-    bool NoMatch() const override { return true; }
-    void Edit() override {}
-    int FieldCount() const override { return 0; }
-    std::int32_t RecordCount() const override { return 0; }
-    void Close() override {}
 
   private:
     int mNumber;
 };
 
 /// A target database with that table alone.
-class FailingTarget : public dao::Database {
+class FailingTarget : public dao::RowSinkDatabase {
   public:
     explicit FailingTarget(std::shared_ptr<FailingRows> rows) : mRows(std::move(rows)) {}
 
     std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view) override { return mRows; }
-    std::shared_ptr<dao::TableDef> CreateTableDef(std::u16string_view) override { return nullptr; }
-    dao::TableDefs& TableDefs() override { throw platform::Error(platform::ObjectNotSet); }
-    std::shared_ptr<dao::Relation> CreateRelation(std::u16string_view) override { return nullptr; }
-    dao::Relations& Relations() override { throw platform::Error(platform::ObjectNotSet); }
-    void Flush() override {}
-    void Close() override {}
 
   private:
     std::shared_ptr<FailingRows> mRows;

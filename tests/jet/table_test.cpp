@@ -294,8 +294,10 @@ TEST_F(Tables, ChangeAFixedColumnWithItsIndexes) {
 TEST_F(Tables, ChangeBetweenNullAndValue) {
     auto table = MakeTable({{u"A", ColumnType::Long}, {u"B", ColumnType::Date}}, {{u"A", {{u"A"}}}});
     const RowPointer row = table->Insert(Row{5, {}});
-    table->UpdateFixed(row, 0, {});
-    table->UpdateFixed(row, 1, platform::OleDate{40000.5});
+    const Table::Change both[] = {{1, platform::OleDate{40000.5}}, {0, {}}};
+    table->UpdateFixed(row, both);
+    const Table::Change refused[] = {{1, {}}, {0, u"x"}};
+    EXPECT_EQ(NumberRaised([&] { table->UpdateFixed(row, refused); }), 3421);
     EXPECT_THAT(Kept(), testing::ElementsAre(Row{{}, platform::OleDate{40000.5}}));
     ExpectSoundChangedFile();
 }

@@ -12,10 +12,6 @@ std::string RowName(jet::RowPointer row) {
     return "row " + std::to_string(row.Row) + " of page " + std::to_string(row.Page);
 }
 
-std::string_view KeyOf(std::string_view entry) {
-    return entry.substr(0, entry.size() - std::min(entry.size(), jet::IndexPage::PointerLength));
-}
-
 }  // namespace
 
 IndexCheck::IndexCheck(jet::PageFile& file, const jet::Table& table, std::size_t realIndex, std::string user,
@@ -66,7 +62,7 @@ void IndexCheck::VisitNode(const jet::IndexPage& node, unsigned depth) {
     if (entries.empty()) Damage(name + " has no entry");
     for (const std::string& entry : entries) {
         Visit(jet::PointerOf(entry), depth + 1);
-        if (KeyOf(entry) != mLastEntry) Damage(name + ": an entry is not the last one below its child");
+        if (jet::KeyOf(entry) != mLastEntry) Damage(name + ": an entry is not the last one below its child");
     }
     if (node.Tail() != 0) Visit(node.Tail(), depth + 1);
 }
@@ -86,9 +82,9 @@ void IndexCheck::VisitLeaf(const jet::IndexPage& leaf, unsigned depth) {
 
 void IndexCheck::CheckEntry(const std::string& entry) {
     const auto row = jet::RowPointer::FromDword(jet::PointerOf(entry));
-    const std::string key(KeyOf(entry));
+    const std::string key(jet::KeyOf(entry));
     if (mEntries > 0 && entry <= mLastEntry) Damage("entries do not ascend at " + RowName(row));
-    const bool isNew = mEntries == 0 || key != KeyOf(mLastEntry);
+    const bool isNew = mEntries == 0 || key != jet::KeyOf(mLastEntry);
     ++mEntries;
     if (isNew) ++mDistinct;
     mLastEntry = entry;
