@@ -121,9 +121,9 @@ def main():
         write_tables(programs, Path(folder), arguments)
         scan_table(programs, Path(folder), arguments)
     export_table(programs, arguments)
-    print("### The engine alone\n")
-    sys.stdout.flush()
-    subprocess.run([programs / "engine_bench"], check=True, stderr=subprocess.DEVNULL)
+    for title, program in (("The engine alone", "engine_bench"), ("The Access file format alone", "jet_bench")):
+        print(f"### {title}\n", flush=True)
+        subprocess.run([programs / program], check=True, stderr=subprocess.DEVNULL)
 
 
 if __name__ == "__main__":
