@@ -12,7 +12,8 @@
 
 namespace test {
 
-/// A fresh, empty folder named after the running test; removed at the end.
+/// A fresh, empty folder named after the running test; removed at the end. The databases in it are kept where
+/// the environment variable VANTORA_KEEP_FILES names a folder.
 class ScratchFolder {
   public:
     ScratchFolder() {
@@ -24,6 +25,7 @@ class ScratchFolder {
     }
     ~ScratchFolder() {
         std::error_code ignored;
+        if (const char* const keep = std::getenv("VANTORA_KEEP_FILES"); keep != nullptr) Keep(keep);
         std::filesystem::remove_all(mPath, ignored);
     }
     ScratchFolder(const ScratchFolder&) = delete;
@@ -33,6 +35,14 @@ class ScratchFolder {
     std::filesystem::path operator/(const std::string& name) const { return mPath / name; }
 
   private:
+    void Keep(const std::filesystem::path& where) const {
+        std::error_code ignored;
+        for (const auto& file : std::filesystem::recursive_directory_iterator(mPath)) {
+            const std::string name = mPath.filename().string() + "-" + file.path().filename().string();
+            if (name.ends_with(".mdb")) std::filesystem::copy_file(file.path(), where / name, ignored);
+        }
+    }
+
     std::filesystem::path mPath;
 };
 
