@@ -1,6 +1,7 @@
 // engine_bench: how fast the engine walks and counts indexes, reads records and decodes fields. It makes its
 // own sites in the folder for temporary files, about 300 MB, and removes them. An item is an index entry with
-// its record, an index entry, or a field.
+// its record, an index entry, a search, or a field. "allocations_per_item" counts requests for memory, once
+// the caller's buffers have their length.
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdio>
@@ -9,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/allocations.h"
 #include "engine/business_basic.h"
 #include "engine/field_codec.h"
 #include "engine/site_configuration.h"
@@ -136,10 +138,27 @@ void WriteLargeSite(const std::filesystem::path& folder) {
     share.Finish();
 }
 
+/// Tells the items and the requests for memory of the benchmark that is running, from here to Report.
+class Account {
+  public:
+    explicit Account(benchmark::State& state) : mState(state) {}
+
+    void Report(std::int64_t items) {
+        mState.SetItemsProcessed(items);
+        mState.counters["allocations_per_item"] =
+            static_cast<double>(bench::Allocations() - mBefore) / static_cast<double>(items);
+    }
+
+  private:
+    benchmark::State& mState;
+    const std::int64_t mBefore = bench::Allocations();
+};
+
 void Walk(benchmark::State& state, const char* name) {
     const engine::LogicalFileArgument index = gEngine->LogicalOpen(name);
     const engine::LogicalFileArgument data = gEngine->LogicalOpen(DataFile);
     std::int64_t walked = 0;
+    Account account(state);
     for (auto _ : state) {
         ByteString buff;
         ByteString key;
@@ -149,21 +168,23 @@ void Walk(benchmark::State& state, const char* name) {
             benchmark::DoNotOptimize(gEngine->LreadFile(data, rec));
     }
     if (walked % Records != 0) state.SkipWithError("the walk missed entries");
-    state.SetItemsProcessed(walked);
+    account.Report(walked);
 }
 
 void Count(benchmark::State& state, const char* name) {
     const engine::LogicalFileArgument index = gEngine->LogicalOpen(name);
     std::int64_t counted = 0;
+    Account account(state);
     for (auto _ : state) counted += gEngine->KCount(index);
     if (counted % Records != 0) state.SkipWithError("the count is wrong");
-    state.SetItemsProcessed(counted);
+    account.Report(counted);
 }
 
 void Find(benchmark::State& state, const char* name) {
     const engine::LogicalFileArgument index = gEngine->LogicalOpen(name);
     sample::Random random(1);
     ByteString buff;
+    Account account(state);
     for (auto _ : state) {
         ByteString key(KeyLength, '\0');
         std::int32_t rec = 0;
@@ -171,21 +192,22 @@ void Find(benchmark::State& state, const char* name) {
         gEngine->KFind(index, buff, key, rec);
         benchmark::DoNotOptimize(rec);
     }
-    state.SetItemsProcessed(state.iterations());
+    account.Report(state.iterations());
 }
 
-void Decode(benchmark::State& state, const std::vector<DecodingTable>& tables) {
+void Decode(benchmark::State& state, std::vector<DecodingTable> tables) {
     const sample::CompressionAlphabet alphabet;
     std::int64_t fields = 0;
+    Account account(state);
     for (auto _ : state) {
-        for (const DecodingTable& table : tables) {
+        for (DecodingTable& table : tables) {
             for (const ByteString& record : table.Records) {
-                for (const auto& field : table.Fields) benchmark::DoNotOptimize(field.Decode(record));
+                for (auto& field : table.Fields) benchmark::DoNotOptimize(field.Decode(record));
             }
             fields += static_cast<std::int64_t>(table.Fields.size() * table.Records.size());
         }
     }
-    state.SetItemsProcessed(fields);
+    account.Report(fields);
 }
 
 }  // namespace

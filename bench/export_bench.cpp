@@ -7,7 +7,6 @@
 // without a folder it is made in the temporary directory and removed at the end. A process of its own makes
 // it, so that the peak of memory is the exports'.
 
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -22,15 +21,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "catalogue/metadata_catalogue.h"
-#include "catalogue/target_builder.h"
-#include "engine/business_basic.h"
-#include "engine/site_configuration.h"
-#include "export/export_run.h"
-#include "platform/code_page.h"
 #include "platform/dao/row_sink.h"
-#include "platform/silent_window.h"
-#include "tools/sample_site/field_packing.h"
+#include "tools/headless_export/site_export.h"
 #include "tools/sample_site/sample_site.h"
 
 namespace {
@@ -70,30 +62,6 @@ std::optional<Arguments> ReadArguments(int count, char** words) {
     if (arguments.Records < 1 || arguments.WarmUp < 0 || arguments.Rounds < 1) return std::nullopt;
     return arguments;
 }
-
-/// Messages go to the terminal, and nobody cancels.
-class MessageWindow : public platform::SilentWindow {
-  public:
-    void ShowMessage(const platform::Message& message) override { std::puts(message.Text.c_str()); }
-};
-
-/// The captions alone.
-class Captions : public catalogue::TableList {
-  public:
-    std::u16string Caption(int box) const override { return mCaptions.at(static_cast<std::size_t>(box)); }
-    void SetCaption(int box, const std::u16string& caption) override {
-        mCaptions.at(static_cast<std::size_t>(box)) = caption;
-    }
-    void SetColour(int, catalogue::TableColour) override {}
-    void SetVisible(int, bool) override {}
-    void SetEnabled(int, bool) override {}
-    bool Ticked(int) const override { return true; }
-    void SetTicked(int, bool) override {}
-    void SetToolTip(int, const std::string&) override {}
-
-  private:
-    std::array<std::u16string, BoxCount> mCaptions;
-};
 
 /// Columns of every name, into which values go and are lost.
 class LostField : public dao::RecordsetField {
@@ -170,37 +138,17 @@ Measure Measured(Work work) {
     return measure;
 }
 
-std::int64_t ExportTable(catalogue::InterfaceState& state, const Captions& list, std::int16_t box) {
-    MessageWindow window;
-    catalogue::EmptyTableFiles(state);
-    catalogue::OpenFiles(state, list, window, box);
-    catalogue::BuildCollection(state, list, box);
-    exporting::AddData(state, list, window, box);
-    return state.TargetRecordset->RecordCount();
-}
-
 /// From Select DB to the closed target; with the figures of every table where they are asked for.
 std::int64_t Export(const fs::path& target, bool discard, bool printTables) {
-    MessageWindow window;
-    engine::LoadSiteConfiguration(false, window);
-    if (!engine::gEngine) throw std::runtime_error("the site gives no engine");
-    const sample::CompressionAlphabet alphabet;  // of a running program
-
-    catalogue::InterfaceState state;
-    Captions list;
-    catalogue::StartCatalogue(state, list);
-    fs::remove(target);
-    catalogue::BuildTargetDatabase(state, target.string());
-    if (discard) state.TargetDatabase = std::make_shared<LostTarget>();
+    headless::SiteExport run(target);
+    if (discard) run.State().TargetDatabase = std::make_shared<LostTarget>();
     std::int64_t rows = 0;
-    for (std::int16_t box = 0; box < catalogue::TableList::BoxCount; ++box) {
-        if (list.Caption(box).empty()) continue;
-        const Measure table = Measured([&] { return ExportTable(state, list, box); });
-        if (printTables) Print("  " + platform::Utf8FromWide(list.Caption(box)), table);
+    for (std::size_t i = 0; i < run.Tables().size(); ++i) {
+        const Measure table = Measured([&] { return run.Copy(i); });
+        if (printTables) Print("  " + run.Tables()[i], table);
         rows += table.Rows;
     }
-    state.TargetDatabase->Close();
-    engine::gEngine.reset();
+    run.State().TargetDatabase->Close();
     return rows;
 }
 

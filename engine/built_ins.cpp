@@ -85,21 +85,26 @@ ByteString Ucm(ByteString& Source) {
 }
 
 ByteString Ucm(std::string_view Source) {
+    ByteString text;
+    Ucm(Source, text);
+    return text;
+}
+
+void Ucm(std::string_view Source, ByteString& Text) {
     const auto byteAt = [Source](std::size_t index) -> std::int32_t {
         return index < Source.size() ? static_cast<std::uint8_t>(Source[index]) : 0;
     };
     // Written in place: appending one character at a time costs several times as much.
-    ByteString text((Source.size() + 1) / BytesPerGroup * CharactersPerGroup, '\0');
+    Text.resize((Source.size() + 1) / BytesPerGroup * CharactersPerGroup);
     std::size_t length = 0;
     for (std::size_t start = 0; start < Source.size(); start += BytesPerGroup) {
         const std::int32_t value = byteAt(start) * 0x100 + byteAt(start + 1);
         for (const std::int32_t place : {value / (Radix * Radix), value / Radix % Radix, value % Radix}) {
             const auto index = static_cast<std::size_t>(place);
-            if (index < gCodeChars.size()) text[length++] = gCodeChars[index];
+            if (index < gCodeChars.size()) Text[length++] = gCodeChars[index];
         }
     }
-    text.resize(length);
-    return text;
+    Text.resize(length);
 }
 
 std::int32_t StrPos(std::string_view Source, std::string_view Target) {

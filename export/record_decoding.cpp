@@ -34,7 +34,7 @@ FieldDecoder::FieldDecoder(const catalogue::cInterface& Item)
       mTypeSpec(Item.TypeSpec),
       mPower(std::pow(mCode == u'B' ? 2.0 : 10.0, Item.TypeSpec)) {}
 
-ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
+ColumnValue FieldDecoder::Decode(const ByteString& Rec) {
     switch (mCode) {
         case u'A':
             return ByteString(platform::Mid(Rec, mStart, mLength));
@@ -42,7 +42,7 @@ ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
             return Flag(Rec);
         case u'C':
         case u'L':
-            return Compressed(Rec);
+            return engine::Ucm(platform::Mid(Rec, mStart, mLength));
         case u'D':
             return engine::UnPackDate("D", Rec, mStart);
         case u'I':
@@ -54,7 +54,7 @@ ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
         case u'm':
             return Integer(UnsignedOpcodes, Rec) / Hundredths;
         case u'P':
-            return FormatPartNumber(Compressed(Rec));
+            return FormatPartNumber(Expanded(Rec));
         case u'R':
             return engine::UnPackDate("R", Rec, mStart);
         case u'U':
@@ -62,18 +62,20 @@ ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
         case u'W':
             return Integer(SignedOpcodes, Rec);
         case u'X':
-            return ByteString(platform::Mid(Compressed(Rec), mTypeSpec, 1));
+            return ByteString(platform::Mid(Expanded(Rec), mTypeSpec, 1));
         case u'Y':
-            return StateCode(Compressed(Rec));
+            return StateCode(Expanded(Rec));
         case u'Z':
-            return PostalCode(Compressed(Rec));
+            return PostalCode(Expanded(Rec));
         default:
             return {};
     }
 }
 
-ByteString FieldDecoder::Compressed(const ByteString& Rec) const {
-    return engine::Ucm(platform::Mid(Rec, mStart, mLength));
+/// The text of a compressed field that is only looked at.
+const ByteString& FieldDecoder::Expanded(const ByteString& Rec) {
+    engine::Ucm(platform::Mid(Rec, mStart, mLength), mExpanded);
+    return mExpanded;
 }
 
 std::int32_t FieldDecoder::Integer(std::string_view opcodes, const ByteString& Rec) const {

@@ -34,10 +34,11 @@ class FieldDecoder {
     /// more than four bytes; 31 "UnPack" for an integer that ends beyond the record; 6 for a bit number or
     /// decimals out of range and for a value that its decimals make too large, 11 for decimals too far below
     /// 0.
-    ColumnValue Decode(const ByteString& Rec) const;
+    /// Memory is asked for by texts of the value alone: what lies between is kept from record to record.
+    ColumnValue Decode(const ByteString& Rec);
 
   private:
-    ByteString Compressed(const ByteString& Rec) const;
+    const ByteString& Expanded(const ByteString& Rec);
     std::int32_t Integer(std::string_view opcodes, const ByteString& Rec) const;
     double Scaled(std::int32_t value) const;
     ByteString Flag(const ByteString& Rec) const;
@@ -47,6 +48,7 @@ class FieldDecoder {
     std::int32_t mStart;
     std::int32_t mTypeSpec;
     double mPower;  // what TypeSpec makes of 10, or of 2 for a bit number
+    ByteString mExpanded;
 };
 
 /// The value of the field that Item describes. Raises what FieldDecoder::Decode raises.

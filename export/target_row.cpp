@@ -39,7 +39,7 @@ TargetRow::TargetRow(const std::vector<catalogue::cInterface>& fieldList, dao::R
 }
 
 void TargetRow::Fill(const ByteString& record) {
-    for (const Column& column : mColumns) {
+    for (Column& column : mColumns) {
         try {
             const ColumnValue value = column.Decoder.Decode(record);
             if (!std::holds_alternative<std::monostate>(value)) column.Field->SetValue(AccessValue(value));

@@ -157,15 +157,6 @@ TEST_F(Traversal, CountingEndsByEitherMarkOfTheLastLeaf) {
     EXPECT_EQ(gEngine->KCount(mFile), 3);
 }
 
-TEST_F(Traversal, ALinkOf65535InAnExtendedIndexMayBeABlock) {
-    Index(Large, HeaderBytes(Large, 1) + BlockBytes(Large, 2, {{"aaaa", 1}}) +
-                     BlockBytes(Large, 0xFFFF, {{"bbbb", 2}}));
-    gEngine->WriteFile(mFile->OpenFile, BlockBytes(Large, 0xFFFFFF, {{"cccc", 3}, Terminator(Large)}),
-                       mFile->Position * 512 + 0xFFFF * 2048);
-    EXPECT_EQ(gEngine->KCount(mFile), 3);
-    EXPECT_EQ(Forward(), (Walk{{"aaaa", 1}, {"bbbb", 2}, {"cccc", 3}}));
-}
-
 TEST_F(Traversal, OtherBlockSizesCompareLinksWithZero) {
     // Block 1 is a leaf of 600 bytes; its link leads to block 2, whose link is 0: that ends the count.
     const std::string blocks = test::Padded(HeaderBytes(Small, 1), 600) +

@@ -88,24 +88,6 @@ TEST_F(KeyedIndex, TheBufferHoldsHeaderPathAndBlock) {
     EXPECT_EQ(mBuff.substr(544), std::string(56, '+'));
 }
 
-TEST_F(KeyedIndex, AnExtendedIndexKeepsNoPath) {
-    const auto file = Index("X", Large, TwoLeaves(Large));
-    Find(file, "e");
-    EXPECT_EQ(mBuff.size(), 2048U + 32U);
-    EXPECT_EQ(mBuff.substr(18, 14), HeaderBytes(Large, 3).substr(18, 14));
-}
-
-TEST_F(KeyedIndex, BlockNumbersOfTheExtendedFormatHave24Bits) {
-    constexpr std::int32_t Far = 0x010002;
-    const IndexFormat& format = Large;
-    const auto file = Index("X", format, HeaderBytes(format, Far), Far + 1);
-    const auto offset = [&](std::int32_t block) { return file->Position * 512 + block * 2048; };
-    gEngine->WriteFile(file->OpenFile, BlockBytes(format, Far + 1, {{"a", 1}}), offset(Far));
-    gEngine->WriteFile(file->OpenFile, BlockBytes(format, 0xFFFF, {{"bbbb", 2}}), offset(Far + 1));
-    Find(file, "b");
-    EXPECT_EQ(mRec, -2);
-}
-
 TEST_F(KeyedIndex, AChainThatEndsWithoutATerminatorIsNotFound) {
     const auto file = Index("X", Small, HeaderBytes(Small, 1) + BlockBytes(Small, 0xFFFF, {{"aaaa", 5}}));
     Find(file, "b");
@@ -207,20 +189,6 @@ TEST_F(KeyedIndex, EmptyAndShortFiles) {
     }
     file->OpenFile.reset();
     EXPECT_EQ(test::ErrorOf([&] { Find(file, "a"); }).Number, 91);
-}
-
-TEST_F(KeyedIndex, TheEntryNumberIsKeptInOneByte) {
-    constexpr IndexFormat Short{1, true, false};
-    std::vector<test::KeyAndPointer> entries;
-    for (int i = 0; i < 300; ++i) entries.push_back({std::string(1, static_cast<char>(i / 2)), i + 1});
-    entries.push_back(Terminator(Short));
-    const auto file = Index("X", Short, HeaderBytes(Short, 1) + BlockBytes(Short, Short.LastLeaf(), entries));
-    Find(file, std::string(1, static_cast<char>(140)));
-    EXPECT_EQ(mRec, 281);
-    EXPECT_EQ(mBuff.substr(16, 1), Big(281 - 256, 1));
-    // So the next step goes on from the wrapped number.
-    gEngine->KNext(file, mBuff, mKey, mRec);
-    EXPECT_EQ(mRec, 26);
 }
 
 TEST_F(KeyedIndex, KLengthReadsAtThePositionItself) {

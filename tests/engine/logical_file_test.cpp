@@ -18,22 +18,6 @@ class LogicalFiles : public testing::Test {
     test::SiteBuilder mSite;
 };
 
-TEST_F(LogicalFiles, AnEntryBecomesAHandle) {
-    mSite.AddFile("OTHER", 'L', 8, 1, test::Nul(16));
-    mSite.AddFile("ARMAST", 'L', 300, 70000, test::Nul(600));
-    const auto file = Open("ARMAST");
-    ASSERT_TRUE(file);
-    EXPECT_EQ(file->FileName, "ARMAST");
-    EXPECT_EQ(file->FileType, "L");
-    EXPECT_EQ(file->Position, 2);
-    EXPECT_EQ(file->RecordLength, 300);
-    EXPECT_EQ(file->LastRecord, 70000);
-    EXPECT_EQ(file->Flags, 0);
-    EXPECT_FALSE(file->IsamPlus);
-    ASSERT_TRUE(file->OpenFile);
-    EXPECT_EQ(file->OpenFile->Path, R"(\\SRV1\KSTLLNK\KSW\DDB)");
-}
-
 TEST_F(LogicalFiles, NumbersOfAnEntryAreUnsignedButTheLastRecord) {
     mSite.AddFile("A", 'X', 0, 0, "");
     mSite.Directory =
@@ -111,17 +95,6 @@ TEST_F(LogicalFiles, AMissingContainerLeavesAHandleThatCannotRead) {
     EXPECT_EQ(test::ErrorOf([&] { gEngine->LreadFile(file, 1); }).Number, 91);
     EXPECT_FALSE(std::filesystem::exists(mSite.InShare("KSW/DDB")));
     EXPECT_FALSE(Open("INDEX")->IsamPlus);
-}
-
-TEST_F(LogicalFiles, CountsComeFromRecordZero) {
-    const std::string header = test::Nul(6) + test::Big(71, 4) + test::Big(65, 4) + test::Nul(2);
-    mSite.AddFile("OTHER", 'L', 8, 1, test::Nul(16));
-    mSite.AddFile("PLAIN", 'L', 16, 1, header);
-    mSite.AddFile("INDEX", 'I', 512, 1, header);
-    EXPECT_EQ(Open("PLAIN")->HighUsedRecord(), 71);
-    EXPECT_EQ(Open("PLAIN")->ActiveCount(true), 65);
-    EXPECT_EQ(Open("INDEX")->HighUsedRecord(), 0);
-    EXPECT_EQ(Open("INDEX")->ActiveCount(), 0);
 }
 
 TEST_F(LogicalFiles, NamesThatAreNotFoundAreRaisedByTheOperations) {

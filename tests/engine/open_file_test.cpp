@@ -127,6 +127,7 @@ TEST_F(PhysicalFiles, ErrorsOfReadingAndWriting) {
     for (const auto& c : cases) EXPECT_EQ(test::NumberRaised(c.Call), c.Number) << c.What;
     const auto error = ErrorOf([&] { mEngine.WriteFile(none, "x"); });
     EXPECT_EQ(error.Source, "iwriteFile");
+    EXPECT_EQ(ErrorOf([&] { mEngine.ReadFile(file, 1, -1); }).Description, "Bad record number");
     EXPECT_EQ(error.Description, "OpenFile parameter is undefined");
     EXPECT_EQ(OnDisk(), mBytes);
 }
@@ -151,7 +152,8 @@ TEST(Collections, AreOrderedAndIgnoreLetterCaseInKeys) {
     EXPECT_EQ(files.Count(), 2);
     EXPECT_EQ(files.Item("KEY"), first);
     EXPECT_EQ(files.Item(2), second);
-    EXPECT_EQ(ErrorOf([&] { files.Add(3, "c", 0, "kEY"); }).Number, 457);
+    EXPECT_STREQ(ErrorOf([&] { files.Add(3, "c", 0, "kEY"); }).what(),
+                 "error 457: This key is already associated with an element of this collection");
     EXPECT_EQ(ErrorOf([&] { files.Item("b"); }).Number, 5);
     EXPECT_EQ(ErrorOf([&] { files.Item(3); }).Number, 9);
     EXPECT_EQ(ErrorOf([&] { second->File(); }).Number, 52);

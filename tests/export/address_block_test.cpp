@@ -72,8 +72,8 @@ TEST(AddressBlock, AFourthLineThatBeginsWithAPeriodIsIgnored) {
 TEST(AddressBlock, WhatFollowsTheFourthLineCounts) {
     std::string address = FourLines("SPRINGFIELD IL 62701", ".NO 99999");
     address.resize(120, 'X');
-    EXPECT_EQ(PostalCode(address + " KS 54321"), "54321");
-    EXPECT_EQ(StateCode(address + " KS 54321"), "KS");
+    EXPECT_EQ(PostalCode(address + "KS 54321"), "54321");
+    EXPECT_EQ(StateCode(address + "KS 54321"), "KS");
 }
 
 }  // namespace

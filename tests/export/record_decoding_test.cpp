@@ -183,7 +183,7 @@ TEST_F(RecordDecoding, WhatCannotBeDecodedRaises) {
 }
 
 TEST_F(RecordDecoding, ADecoderDecodesOneRecordAfterAnother) {
-    const exporting::FieldDecoder decoder({u"F", u"U", 2, 1, 1});
+    exporting::FieldDecoder decoder({u"F", u"U", 2, 1, 1});
     EXPECT_EQ(decoder.Decode(Bytes("\x00\x0A")), ColumnValue{1.0});
     EXPECT_EQ(test::NumberRaised([&] { decoder.Decode("x"); }), 31);
     EXPECT_EQ(decoder.Decode(Bytes("\x01\x00")), ColumnValue{25.6});

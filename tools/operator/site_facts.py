@@ -45,16 +45,29 @@ def single_cell(text):
     return text
 
 
-def column_checksums(database, table, singles):
-    """The number of cells, and for each column the sum of the CRC-32 of its cells; a Null adds 0. The manifest's
-    cells are in the same form, but for reals, the columns in singles."""
+def canonical_lines(database, table, singles):
+    """A table's rows as lines of cells between tabs, the columns' names first: the form in which the manifest's cells
+    were added up and the site's expected rows are written. Reals, the columns in singles, are printed in another."""
     lines = exported(database, table, "-e", "-Q", "-d", "\t", "-D", "%Y-%m-%d", "-T", "%Y-%m-%d").split("\n")[:-1]
+    reals = [place for place, name in enumerate(lines[0].split("\t")) if name in singles]
+    for number in range(1, len(lines) if reals else 1):
+        cells = lines[number].split("\t")
+        for place in reals:
+            if cells[place]:
+                cells[place] = single_cell(cells[place])
+        lines[number] = "\t".join(cells)
+    return lines
+
+
+def column_checksums(database, table, singles):
+    """The number of cells, and for each column the sum of the CRC-32 of its cells; a Null adds 0."""
+    lines = canonical_lines(database, table, singles)
     names = lines[0].split("\t")
     sums = dict.fromkeys(names, 0)
     for line in lines[1:]:
         for name, cell in zip(names, line.split("\t"), strict=True):
             if cell:
-                sums[name] += zlib.crc32((single_cell(cell) if name in singles else cell).encode())
+                sums[name] += zlib.crc32(cell.encode())
     return len(names) * (len(lines) - 1), sums
 
 
