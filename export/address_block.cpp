@@ -1,7 +1,5 @@
 #include "export/address_block.h"
 
-#include <string_view>
-
 namespace exporting {
 
 using platform::ByteString;
@@ -19,9 +17,14 @@ constexpr std::size_t LongestPostal = 10;
 constexpr std::string_view NoState = "  ";
 constexpr std::string_view NoPostal = "     -    ";
 
-void BlankFourthLine(ByteString& address) {
-    if (platform::Mid(address, FourthLine, 1) != ".") return;
-    platform::Put(address, FourthLine, ByteString(LineLength, ' '));
+bool HasEmptyFourthLine(std::string_view address) {
+    return platform::Mid(address, FourthLine, 1) == ".";
+}
+
+ByteString WithBlankFourthLine(std::string_view address) {
+    ByteString blanked(address);
+    platform::Put(blanked, FourthLine, ByteString(LineLength, ' '));
+    return blanked;
 }
 
 constexpr bool IsCapital(char c) {
@@ -54,30 +57,36 @@ std::string_view PostalOf(std::string_view run) {
     return isWhole ? run : run.substr(0, PostalLength);
 }
 
-}  // namespace
-
-ByteString StateCode(ByteString address) {
-    BlankFourthLine(address);
-    const std::string_view text = address;
+std::string_view StateIn(std::string_view text) {
     for (std::size_t end = text.size(); end > 0;) {
         const std::size_t start = RunStart(text, end, IsCapital);
-        if (end - start == StateLength) return address.substr(start, StateLength);
+        if (end - start == StateLength) return text.substr(start, StateLength);
         end = start == 0 ? 0 : start - 1;
     }
-    return ByteString(NoState);
+    return NoState;
 }
 
-ByteString PostalCode(ByteString address) {
-    BlankFourthLine(address);
-    const std::string_view text = address;
+std::string_view PostalIn(std::string_view text) {
     std::size_t end = text.size();
     for (;;) {
         const std::size_t start = RunStart(text, end, IsPostal);
         const std::string_view run = text.substr(start, end - start);
-        if (start == 0) return ByteString(PostalAtStart(run));
-        if (const std::string_view code = PostalOf(run); !code.empty()) return ByteString(code);
+        if (start == 0) return PostalAtStart(run);
+        if (const std::string_view code = PostalOf(run); !code.empty()) return code;
         end = start - 1;
     }
+}
+
+}  // namespace
+
+ByteString StateCode(std::string_view address) {
+    if (HasEmptyFourthLine(address)) return ByteString(StateIn(WithBlankFourthLine(address)));
+    return ByteString(StateIn(address));
+}
+
+ByteString PostalCode(std::string_view address) {
+    if (HasEmptyFourthLine(address)) return ByteString(PostalIn(WithBlankFourthLine(address)));
+    return ByteString(PostalIn(address));
 }
 
 }  // namespace exporting

@@ -200,7 +200,12 @@ void ExportRun::ReadDataFiles() {
     for (std::size_t slot = FirstDataSlot;; ++slot) {
         if (slot >= mFiles.size()) throw platform::Error(platform::SubscriptOutOfRange);
         if (!mFiles[slot]) return;
-        mState.CurrentRecord += engine::gEngine->LreadFile(mFiles[slot], mRecordNumber, false);
+        ByteString record = engine::gEngine->LreadFile(mFiles[slot], mRecordNumber, false);
+        if (slot == FirstDataSlot) {
+            mState.CurrentRecord = std::move(record);
+        } else {
+            mState.CurrentRecord += record;
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 #include "catalogue/row_fields.h"
 #include "engine/built_ins.h"
@@ -20,6 +21,7 @@ using catalogue::UnsignedOpcodes;
 namespace {
 
 constexpr double Hundredths = 100;
+constexpr std::u16string_view TextCodes = u"ABCLPXYZ";
 
 char16_t OneLetter(std::u16string_view code) {
     return code.size() == 1 ? code.front() : u'\0';
@@ -27,22 +29,64 @@ char16_t OneLetter(std::u16string_view code) {
 
 }  // namespace
 
+void RecordTexts::Begin(const ByteString& record) {
+    mRecord = &record;
+    mExpandedLength = 0;
+}
+
+std::string_view RecordTexts::Plain(std::int32_t position, std::int32_t length) const {
+    return platform::Mid(*mRecord, position, length);
+}
+
+std::string_view RecordTexts::Expanded(std::int32_t position, std::int32_t length) {
+    const std::string_view plain = Plain(position, length);
+    if (position != mExpandedPosition || length != mExpandedLength) {
+        engine::UcmInto(plain, mExpanded);
+        mExpandedPosition = position;
+        mExpandedLength = length;
+    }
+    return mExpanded;
+}
+
+std::string_view RecordTexts::Keep(ByteString text) {
+    mKept = std::move(text);
+    return mKept;
+}
+
 FieldDecoder::FieldDecoder(const catalogue::cInterface& Item)
     : mCode(OneLetter(Item.DataType)),
+      mIsText(mCode != 0 && TextCodes.find(mCode) != std::u16string_view::npos),
       mLength(Item.Length),
       mStart(Item.Start),
       mTypeSpec(Item.TypeSpec),
       mPower(std::pow(mCode == u'B' ? 2.0 : 10.0, Item.TypeSpec)) {}
 
-ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
+std::string_view FieldDecoder::Text(RecordTexts& record) const {
     switch (mCode) {
         case u'A':
-            return ByteString(platform::Mid(Rec, mStart, mLength));
+            return record.Plain(mStart, mLength);
         case u'B':
-            return Flag(Rec);
-        case u'C':
-        case u'L':
-            return Compressed(Rec);
+            return Flag(record.Record());
+        case u'P':
+            return record.Keep(FormatPartNumber(record.Expanded(mStart, mLength)));
+        case u'X':
+            return platform::Mid(record.Expanded(mStart, mLength), mTypeSpec, 1);
+        case u'Y':
+            return record.Keep(StateCode(record.Expanded(mStart, mLength)));
+        case u'Z':
+            return record.Keep(PostalCode(record.Expanded(mStart, mLength)));
+        default:
+            return record.Expanded(mStart, mLength);
+    }
+}
+
+ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
+    if (mIsText) {
+        RecordTexts texts;
+        texts.Begin(Rec);
+        return ByteString(Text(texts));
+    }
+    switch (mCode) {
         case u'D':
             return engine::UnPackDate("D", Rec, mStart);
         case u'I':
@@ -53,27 +97,15 @@ ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
             return Integer(SignedOpcodes, Rec) / Hundredths;
         case u'm':
             return Integer(UnsignedOpcodes, Rec) / Hundredths;
-        case u'P':
-            return FormatPartNumber(Compressed(Rec));
         case u'R':
             return engine::UnPackDate("R", Rec, mStart);
         case u'U':
             return Scaled(Integer(UnsignedOpcodes, Rec));
         case u'W':
             return Integer(SignedOpcodes, Rec);
-        case u'X':
-            return ByteString(platform::Mid(Compressed(Rec), mTypeSpec, 1));
-        case u'Y':
-            return StateCode(Compressed(Rec));
-        case u'Z':
-            return PostalCode(Compressed(Rec));
         default:
             return {};
     }
-}
-
-ByteString FieldDecoder::Compressed(const ByteString& Rec) const {
-    return engine::Ucm(platform::Mid(Rec, mStart, mLength));
 }
 
 std::int32_t FieldDecoder::Integer(std::string_view opcodes, const ByteString& Rec) const {
@@ -93,7 +125,7 @@ double FieldDecoder::Scaled(std::int32_t value) const {
     return scaled;
 }
 
-ByteString FieldDecoder::Flag(const ByteString& Rec) const {
+std::string_view FieldDecoder::Flag(const ByteString& Rec) const {
     const std::int32_t value = Integer(UnsignedOpcodes, Rec);
     return (value & platform::RoundToLong(mPower)) != 0 ? "Y" : "N";
 }

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <variant>
 
 #include "catalogue/interface_state.h"
@@ -24,6 +25,31 @@ using platform::ByteString;
 /// Empty, text, 32-bit integer, double or date.
 using ColumnValue = std::variant<std::monostate, ByteString, std::int32_t, double, platform::OleDate>;
 
+/// The texts of the record in hand. Fields often read the same compressed bytes (an address gives three
+/// columns), so the expansion made last is kept. What the operations give lives until the next one.
+class RecordTexts {
+  public:
+    /// Turns to record, which must outlive the work on its texts.
+    void Begin(const ByteString& record);
+
+    const ByteString& Record() const { return *mRecord; }
+
+    /// The bytes from 1-based position on, and the text that they stand for when compressed. Raise 5 for a
+    /// position or length that no text has.
+    std::string_view Plain(std::int32_t position, std::int32_t length) const;
+    std::string_view Expanded(std::int32_t position, std::int32_t length);
+
+    /// A text made from them.
+    std::string_view Keep(ByteString text);
+
+  private:
+    const ByteString* mRecord = nullptr;
+    std::int32_t mExpandedPosition = 0;
+    std::int32_t mExpandedLength = 0;  // 0 while nothing is expanded
+    ByteString mExpanded;
+    ByteString mKept;
+};
+
 class FieldDecoder {
   public:
     /// Raises nothing: a descriptor that cannot be decoded fails record by record.
@@ -36,13 +62,17 @@ class FieldDecoder {
     /// 0.
     ColumnValue Decode(const ByteString& Rec) const;
 
+    /// Whether every value of the field is a text: what Text gives, which raises what Decode raises.
+    bool IsText() const { return mIsText; }
+    std::string_view Text(RecordTexts& record) const;
+
   private:
-    ByteString Compressed(const ByteString& Rec) const;
     std::int32_t Integer(std::string_view opcodes, const ByteString& Rec) const;
     double Scaled(std::int32_t value) const;
-    ByteString Flag(const ByteString& Rec) const;
+    std::string_view Flag(const ByteString& Rec) const;
 
     char16_t mCode;  // 0 where the descriptor's code is not one letter
+    bool mIsText;
     std::int32_t mLength;
     std::int32_t mStart;
     std::int32_t mTypeSpec;
