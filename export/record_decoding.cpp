@@ -22,16 +22,25 @@ namespace {
 
 constexpr double Hundredths = 100;
 constexpr std::u16string_view TextCodes = u"ABCLPXYZ";
+constexpr std::u16string_view UnsignedCodes = u"BUm";
 
 char16_t OneLetter(std::u16string_view code) {
     return code.size() == 1 ? code.front() : u'\0';
+}
+
+/// The opcode of an integer of that many bytes; NUL when no integer has that many.
+char OpcodeFor(char16_t code, std::int32_t length) {
+    const bool isUnsigned = UnsignedCodes.find(code) != std::u16string_view::npos;
+    const std::string_view opcodes = isUnsigned ? UnsignedOpcodes : SignedOpcodes;
+    if (length < 1 || length > std::ssize(opcodes)) return '\0';
+    return opcodes[static_cast<std::size_t>(length) - 1];
 }
 
 }  // namespace
 
 void RecordTexts::Begin(const ByteString& record) {
     mRecord = &record;
-    mExpandedLength = 0;
+    mExpandedPosition = 0;
 }
 
 std::string_view RecordTexts::Plain(std::int32_t position, std::int32_t length) const {
@@ -55,6 +64,7 @@ std::string_view RecordTexts::Keep(ByteString text) {
 
 FieldDecoder::FieldDecoder(const catalogue::cInterface& Item)
     : mCode(OneLetter(Item.DataType)),
+      mOpcode(OpcodeFor(mCode, Item.Length)),
       mIsText(mCode != 0 && TextCodes.find(mCode) != std::u16string_view::npos),
       mLength(Item.Length),
       mStart(Item.Start),
@@ -90,29 +100,29 @@ ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
         case u'D':
             return engine::UnPackDate("D", Rec, mStart);
         case u'I':
-            return Scaled(Integer(SignedOpcodes, Rec));
+            return Scaled(Integer(Rec));
         case u'J':
             return engine::UnPackDate("J", Rec, mStart);
         case u'M':
-            return Integer(SignedOpcodes, Rec) / Hundredths;
+            return Integer(Rec) / Hundredths;
         case u'm':
-            return Integer(UnsignedOpcodes, Rec) / Hundredths;
+            return Integer(Rec) / Hundredths;
         case u'R':
             return engine::UnPackDate("R", Rec, mStart);
         case u'U':
-            return Scaled(Integer(UnsignedOpcodes, Rec));
+            return Scaled(Integer(Rec));
         case u'W':
-            return Integer(SignedOpcodes, Rec);
+            return Integer(Rec);
         default:
             return {};
     }
 }
 
-std::int32_t FieldDecoder::Integer(std::string_view opcodes, const ByteString& Rec) const {
-    if (mLength >= 1 && mLength <= std::ssize(opcodes))
-        return engine::iUnpack(opcodes[static_cast<std::size_t>(mLength) - 1], Rec, mStart);
-    ByteString opcode(platform::Mid(opcodes, mLength, 1));  // raises, or is empty
-    return engine::Unpack(opcode, Rec, mStart);
+std::int32_t FieldDecoder::Integer(const ByteString& Rec) const {
+    if (mOpcode != '\0') return engine::iUnpack(mOpcode, Rec, mStart);
+    if (mLength < 1) throw platform::Error(platform::InvalidArgument);
+    ByteString none;
+    return engine::Unpack(none, Rec, mStart);  // raises the error of an opcode that is empty
 }
 
 /// The power of ten leaves a double's range at 309 decimals, and vanishes at -324. Zero divided by zero is an
@@ -126,7 +136,7 @@ double FieldDecoder::Scaled(std::int32_t value) const {
 }
 
 std::string_view FieldDecoder::Flag(const ByteString& Rec) const {
-    const std::int32_t value = Integer(UnsignedOpcodes, Rec);
+    const std::int32_t value = Integer(Rec);
     return (value & platform::RoundToLong(mPower)) != 0 ? "Y" : "N";
 }
 

@@ -44,8 +44,8 @@ class RecordTexts {
 
   private:
     const ByteString* mRecord = nullptr;
-    std::int32_t mExpandedPosition = 0;
-    std::int32_t mExpandedLength = 0;  // 0 while nothing is expanded
+    std::int32_t mExpandedPosition = 0;  // 0 while nothing is expanded
+    std::int32_t mExpandedLength = 0;
     ByteString mExpanded;
     ByteString mKept;
 };
@@ -67,11 +67,12 @@ class FieldDecoder {
     std::string_view Text(RecordTexts& record) const;
 
   private:
-    std::int32_t Integer(std::string_view opcodes, const ByteString& Rec) const;
+    std::int32_t Integer(const ByteString& Rec) const;
     double Scaled(std::int32_t value) const;
     std::string_view Flag(const ByteString& Rec) const;
 
     char16_t mCode;  // 0 where the descriptor's code is not one letter
+    char mOpcode;    // of an integer of mLength bytes
     bool mIsText;
     std::int32_t mLength;
     std::int32_t mStart;
