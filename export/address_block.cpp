@@ -35,6 +35,13 @@ constexpr bool IsPostal(char c) {
     return c == '-' || (c >= '0' && c <= '9');
 }
 
+/// Where the last run of characters of that kind before end ends, 0-based; 0 without one.
+template <typename Kind>
+std::size_t RunEnd(std::string_view text, std::size_t end, Kind isOfKind) {
+    while (end > 0 && !isOfKind(text[end - 1])) --end;
+    return end;
+}
+
 /// Where the run of characters of that kind that ends just before end begins, 0-based.
 template <typename Kind>
 std::size_t RunStart(std::string_view text, std::size_t end, Kind isOfKind) {
@@ -45,8 +52,7 @@ std::size_t RunStart(std::string_view text, std::size_t end, Kind isOfKind) {
 /// A run that reaches the start of the address meets no character that would judge it: only one of more than
 /// the longest code is cut.
 std::string_view PostalAtStart(std::string_view run) {
-    if (run.size() > LongestPostal) run = run.substr(0, PostalLength);
-    return run.empty() ? NoPostal : run;
+    return run.size() > LongestPostal ? run.substr(0, PostalLength) : run;
 }
 
 /// What a run followed (towards the start) by another character gives; nothing for one that is too short.
@@ -58,23 +64,23 @@ std::string_view PostalOf(std::string_view run) {
 }
 
 std::string_view StateIn(std::string_view text) {
-    for (std::size_t end = text.size(); end > 0;) {
-        const std::size_t start = RunStart(text, end, IsCapital);
+    std::size_t start = text.size();
+    while (const std::size_t end = RunEnd(text, start, IsCapital)) {
+        start = RunStart(text, end, IsCapital);
         if (end - start == StateLength) return text.substr(start, StateLength);
-        end = start == 0 ? 0 : start - 1;
     }
     return NoState;
 }
 
 std::string_view PostalIn(std::string_view text) {
-    std::size_t end = text.size();
-    for (;;) {
-        const std::size_t start = RunStart(text, end, IsPostal);
+    std::size_t start = text.size();
+    while (const std::size_t end = RunEnd(text, start, IsPostal)) {
+        start = RunStart(text, end, IsPostal);
         const std::string_view run = text.substr(start, end - start);
         if (start == 0) return PostalAtStart(run);
         if (const std::string_view code = PostalOf(run); !code.empty()) return code;
-        end = start - 1;
     }
+    return NoPostal;
 }
 
 }  // namespace
