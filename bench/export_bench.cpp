@@ -1,15 +1,17 @@
 // Exports every table of a sample site without a window and prints what it took:
 //
-//   export_bench RECORDS [--site FOLDER] [--warm-up N] [--rounds N] [--discard]
+//   export_bench RECORDS [--site FOLDER] [--warm-up N] [--rounds N] [--discard | --writing]
 //
 // With --discard the decoded rows are thrown away: what is left is the walk through the site's files and the
-// decoding. The site is made, with about RECORDS records over all its tables, where FOLDER holds none yet;
-// without a folder it is made in the temporary directory and removed at the end. A process of its own makes
-// it, so that the peak of memory is the exports'.
+// decoding. With --writing the rows of each table are decoded into memory first, and the time is that of
+// writing them alone; the peak of memory says nothing then. The site is made, with about RECORDS records over
+// all its tables, where FOLDER holds none yet; without a folder it is made in the temporary directory and
+// removed at the end. A process of its own makes it, so that the peak of memory is the exports'.
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -20,6 +22,8 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include "platform/dao/row_sink.h"
 #include "tools/headless_export/site_export.h"
@@ -29,12 +33,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// What of an export is timed.
+enum class Half { Both, Decoding, Writing };
+
 struct Arguments {
     std::int64_t Records = 0;
     std::optional<fs::path> Site;
     int WarmUp = 0;
     int Rounds = 1;
-    bool Discard = false;
+    Half Measured = Half::Both;
 };
 
 std::optional<Arguments> ReadArguments(int count, char** words) {
@@ -43,8 +50,8 @@ std::optional<Arguments> ReadArguments(int count, char** words) {
     arguments.Records = std::atoll(words[1]);
     for (int i = 2; i < count; i += 2) {
         const std::string_view word = words[i];
-        if (word == "--discard") {
-            arguments.Discard = true;
+        if (word == "--discard" || word == "--writing") {
+            arguments.Measured = word == "--discard" ? Half::Decoding : Half::Writing;
             --i;
             continue;
         }
@@ -97,6 +104,82 @@ class LostTarget : public dao::RowSinkDatabase {
     }
 };
 
+/// One value of a row that is kept, and the column of the target where it belongs.
+struct KeptValue {
+    dao::RecordsetField* Column;
+    dao::Value Value;
+};
+
+/// A column of a target's table, whose values are kept.
+class KeptField : public LostField {
+  public:
+    KeptField(dao::RecordsetField& column, std::vector<KeptValue>& values)
+        : mColumn(column), mValues(values) {}
+
+    /// Of the row being added.
+    dao::Value GetValue() const override {
+        for (auto value = mValues.rbegin(); value != mValues.rend() && value->Column != nullptr; ++value) {
+            if (value->Column == &mColumn) return value->Value;
+        }
+        return {};
+    }
+    void SetValue(const dao::Value& value) override { mValues.push_back({&mColumn, value}); }
+
+  private:
+    dao::RecordsetField& mColumn;
+    std::vector<KeptValue>& mValues;
+};
+
+/// Keeps the rows of a target's table until they are written.
+class KeptRows : public LostRows {
+  public:
+    explicit KeptRows(std::shared_ptr<dao::Recordset> target) : mTarget(std::move(target)) {}
+
+    void Update() override { mValues.push_back({nullptr, {}}); }
+    dao::RecordsetField& Fields(std::u16string_view name) override {
+        return mFields.emplace_back(mTarget->Fields(name), mValues);
+    }
+
+    std::int32_t Write() {
+        mTarget->AddNew();
+        for (const KeptValue& value : mValues) {
+            try {
+                if (value.Column != nullptr) {
+                    value.Column->SetValue(value.Value);
+                    continue;
+                }
+                mTarget->Update();
+            } catch (const platform::Error&) {
+                // A value or row that the table refuses is left out, as an export does.
+            }
+            if (value.Column == nullptr) mTarget->AddNew();
+        }
+        return mTarget->RecordCount();
+    }
+
+  private:
+    std::shared_ptr<dao::Recordset> mTarget;
+    std::vector<KeptValue> mValues;  // of all rows; one without column ends a row
+    std::deque<KeptField> mFields;
+};
+
+/// The target database of --writing: its tables keep their rows.
+class KeptTarget : public LostTarget {
+  public:
+    explicit KeptTarget(std::shared_ptr<dao::Database> target) : mTarget(std::move(target)) {}
+
+    std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view name) override {
+        return mRows = std::make_shared<KeptRows>(mTarget->OpenRecordset(name));
+    }
+    void Close() override { mTarget->Close(); }
+
+    std::int32_t WriteTable() { return mRows->Write(); }
+
+  private:
+    std::shared_ptr<dao::Database> mTarget;
+    std::shared_ptr<KeptRows> mRows;  // of the table opened last
+};
+
 double CpuSeconds() {
     constexpr double Microseconds = 1e6;
     rusage usage{};
@@ -118,6 +201,12 @@ struct Measure {
     std::int64_t Rows = 0;
     double Wall = 0;  // seconds
     double Cpu = 0;
+
+    void operator+=(const Measure& other) {
+        Rows += other.Rows;
+        Wall += other.Wall;
+        Cpu += other.Cpu;
+    }
 };
 
 void Print(const std::string& name, const Measure& measure) {
@@ -128,7 +217,7 @@ void Print(const std::string& name, const Measure& measure) {
 
 /// Takes the time of work, which returns how many rows it wrote.
 template <typename Work>
-Measure Measured(Work work) {
+Measure TimeOf(Work work) {
     const auto begin = std::chrono::steady_clock::now();
     const double cpu = CpuSeconds();
     Measure measure;
@@ -138,13 +227,25 @@ Measure Measured(Work work) {
     return measure;
 }
 
-/// From Select DB to the closed target; with the figures of every table where they are asked for.
-std::int64_t Export(const fs::path& target, bool discard, bool printTables) {
+/// Replaces the target database by one that loses or keeps its rows, as the measured half asks.
+std::shared_ptr<KeptTarget> PrepareHalf(catalogue::InterfaceState& state, Half half) {
+    if (half == Half::Decoding) state.TargetDatabase = std::make_shared<LostTarget>();
+    if (half != Half::Writing) return nullptr;
+    auto kept = std::make_shared<KeptTarget>(state.TargetDatabase);
+    state.TargetDatabase = kept;
+    return kept;
+}
+
+/// From Select DB to the closed target; with the figures of every table where they are asked for. uncounted
+/// takes the time of what is not of the half to be measured.
+std::int64_t Export(const fs::path& target, Half half, bool printTables, Measure& uncounted) {
     headless::SiteExport run(target);
-    if (discard) run.State().TargetDatabase = std::make_shared<LostTarget>();
+    const std::shared_ptr<KeptTarget> kept = PrepareHalf(run.State(), half);
     std::int64_t rows = 0;
     for (std::size_t i = 0; i < run.Tables().size(); ++i) {
-        const Measure table = Measured([&] { return run.Copy(i); });
+        const auto decode = [&] { return run.Copy(i); };
+        if (kept) uncounted += TimeOf(decode);
+        const Measure table = kept ? TimeOf([&] { return kept->WriteTable(); }) : TimeOf(decode);
         if (printTables) Print("  " + run.Tables()[i], table);
         rows += table.Rows;
     }
@@ -175,8 +276,11 @@ void Run(const Arguments& arguments, const fs::path& site) {
     setenv("XDG_CONFIG_HOME", (site / "config").c_str(), 1);
     const fs::path target = site / "export_bench.mdb";
     for (int round = -arguments.WarmUp; round < arguments.Rounds; ++round) {
-        const Measure all =
-            Measured([&] { return Export(target, arguments.Discard, round + 1 == arguments.Rounds); });
+        const bool isLast = round + 1 == arguments.Rounds;
+        Measure uncounted;
+        Measure all = TimeOf([&] { return Export(target, arguments.Measured, isLast, uncounted); });
+        all.Wall -= uncounted.Wall;
+        all.Cpu -= uncounted.Cpu;
         if (round >= 0) Print("round " + std::to_string(round + 1), all);
     }
     std::printf("target %.1f MiB, peak of memory %.1f MiB\n",
@@ -189,7 +293,8 @@ void Run(const Arguments& arguments, const fs::path& site) {
 int main(int count, char** words) {
     const auto arguments = ReadArguments(count, words);
     if (!arguments) {
-        std::fprintf(stderr, "usage: %s RECORDS [--site FOLDER] [--warm-up N] [--rounds N] [--discard]\n",
+        std::fprintf(stderr,
+                     "usage: %s RECORDS [--site FOLDER] [--warm-up N] [--rounds N] [--discard | --writing]\n",
                      words[0]);
         return 2;
     }

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <limits>
 
-#include "engine/field_codec.h"
 #include "platform/code_page.h"
 #include "platform/error.h"
 
@@ -15,13 +14,15 @@ ByteString gCodeChars{StandardCodeChars};
 
 namespace {
 
-constexpr std::int32_t Radix = 40;
+constexpr std::uint32_t Radix = 40;
 constexpr std::int32_t CharactersPerGroup = 3;
 constexpr std::int32_t BytesPerGroup = 2;
 
-std::int32_t CodeOf(char character) {
+/// Blanks, which stand at the front of the alphabet, are most of what is compressed.
+std::uint32_t CodeOf(char character) {
+    if (gCodeChars.starts_with(character)) return 0;
     const std::size_t place = gCodeChars.find(character);
-    return place == ByteString::npos ? 0 : static_cast<std::int32_t>(place);
+    return place == ByteString::npos ? 0 : static_cast<std::uint32_t>(place);
 }
 
 /// The pieces between the delimiters as the platform's own split gives them, empty ones included.
@@ -72,9 +73,10 @@ ByteString Crm(ByteString& Source) {
     ByteString packed(groups * BytesPerGroup, '\0');
     for (std::size_t group = 0; group < groups; ++group) {
         const char* const characters = Source.data() + group * CharactersPerGroup;
-        const std::int32_t value =
+        const std::uint32_t value =
             (CodeOf(characters[0]) * Radix + CodeOf(characters[1])) * Radix + CodeOf(characters[2]);
-        iPack('C', packed, value, static_cast<std::int32_t>(group * BytesPerGroup + 1));
+        packed[group * BytesPerGroup] = static_cast<char>(value >> 8U);
+        packed[group * BytesPerGroup + 1] = static_cast<char>(value & 0xFFU);
     }
     return packed;
 }
@@ -86,25 +88,29 @@ ByteString Ucm(ByteString& Source) {
 
 ByteString Ucm(std::string_view Source) {
     ByteString text;
-    Ucm(Source, text);
+    UcmInto(Source, text);
     return text;
 }
 
-void Ucm(std::string_view Source, ByteString& Text) {
-    const auto byteAt = [Source](std::size_t index) -> std::int32_t {
-        return index < Source.size() ? static_cast<std::uint8_t>(Source[index]) : 0;
+void UcmInto(std::string_view Source, ByteString& text) {
+    // The alphabet is copied, and the text written in place: otherwise each character read or appended costs
+    // several times as much.
+    std::array<char, Radix> characters{};
+    gCodeChars.copy(characters.data(), characters.size());
+    text.resize((Source.size() + 1) / BytesPerGroup * CharactersPerGroup);
+    char* end = text.data();
+    const auto appendGroup = [&](char high, char low) {
+        const auto value = static_cast<std::uint32_t>(static_cast<std::uint8_t>(high)) * 0x100U +
+                           static_cast<std::uint8_t>(low);
+        const std::uint32_t pair = value / Radix;
+        if (pair < Radix * Radix) *end++ = characters[pair / Radix];
+        *end++ = characters[pair % Radix];
+        *end++ = characters[value % Radix];
     };
-    // Written in place: appending one character at a time costs several times as much.
-    Text.resize((Source.size() + 1) / BytesPerGroup * CharactersPerGroup);
-    std::size_t length = 0;
-    for (std::size_t start = 0; start < Source.size(); start += BytesPerGroup) {
-        const std::int32_t value = byteAt(start) * 0x100 + byteAt(start + 1);
-        for (const std::int32_t place : {value / (Radix * Radix), value / Radix % Radix, value % Radix}) {
-            const auto index = static_cast<std::size_t>(place);
-            if (index < gCodeChars.size()) Text[length++] = gCodeChars[index];
-        }
-    }
-    Text.resize(length);
+    std::size_t start = 0;
+    for (; start + 1 < Source.size(); start += BytesPerGroup) appendGroup(Source[start], Source[start + 1]);
+    if (start < Source.size()) appendGroup(Source[start], '\0');
+    text.resize(static_cast<std::size_t>(end - text.data()));
 }
 
 std::int32_t StrPos(std::string_view Source, std::string_view Target) {

@@ -30,8 +30,8 @@ ByteString Ucm(ByteString& Source);
 /// The same of bytes that stay as they are: an odd length is read as if the zero byte followed.
 ByteString Ucm(std::string_view Source);
 
-/// The same into Text, which keeps its memory from call to call. Source must not lie in Text.
-void Ucm(std::string_view Source, ByteString& Text);
+/// The same in place of text, whose memory is used again.
+void UcmInto(std::string_view Source, ByteString& text);
 
 /// The 1-based position of the first Target in Source, letter case mattering; 0 when there is none.
 std::int32_t StrPos(std::string_view Source, std::string_view Target);

@@ -4,7 +4,9 @@
 #include <array>
 #include <string>
 
+#include "platform/checked.h"
 #include "platform/code_page.h"
+#include "platform/error.h"
 #include "platform/numbers.h"
 
 namespace engine {
@@ -41,18 +43,26 @@ std::string Quoted(std::string_view opcode) {
     throw Error(UnknownOpCode, source, "Unknown OpCode = " + Quoted(opcode));
 }
 
+/// Whether a field of this width at position ends beyond length. Raises 6 beyond 32 bits.
+bool EndsBeyond(std::size_t length, std::int32_t position, std::int32_t width) {
+    const std::int32_t last = platform::CheckedAdd(position, width) - 1;
+    return last > 0 && static_cast<std::size_t>(last) > length;
+}
+
 }  // namespace
 
 namespace detail {
 
-void RaiseUnknownUnpack(std::string_view opcode) {
-    RaiseUnknown("UnPack", opcode);
-}
-
-void RaiseUnpackSubscript(char opcode, std::int32_t position, std::size_t length) {
-    throw Error(InvalidSubscript, "UnPack",
-                "Invalid Subscript.  UnPack(" + Quoted({&opcode, 1}) + ", Data$, " + PlainDecimal(position) +
-                    ")   Len(Data$) = " + std::to_string(length));
+void RaiseUnpack(char opcode, std::string_view data, std::int32_t position) {
+    const FieldWidth width = WidthOf(opcode);
+    if (width.Bytes == 0) RaiseUnknown("UnPack", {&opcode, 1});
+    if (width.SignExtends) platform::ByteAt(data, position);  // the sign is read first
+    if (EndsBeyond(data.size(), position, width.Bytes)) {
+        throw Error(InvalidSubscript, "UnPack",
+                    "Invalid Subscript.  UnPack(" + Quoted({&opcode, 1}) + ", Data$, " +
+                        PlainDecimal(position) + ")   Len(Data$) = " + std::to_string(data.size()));
+    }
+    throw Error(platform::InvalidArgument);
 }
 
 }  // namespace detail
@@ -60,7 +70,7 @@ void RaiseUnpackSubscript(char opcode, std::int32_t position, std::size_t length
 void iPack(char opcode, ByteString& data, std::int32_t value, std::int32_t position) {
     const std::int32_t width = detail::WidthOf(opcode).Bytes;
     if (width == 0) RaiseUnknown("Pack", {&opcode, 1});
-    if (detail::EndsBeyond(data.size(), position, width)) {
+    if (EndsBeyond(data.size(), position, width)) {
         throw Error(InvalidSubscript, "Pack",
                     "Invalid Subscript.  Pack " + Quoted({&opcode, 1}) + ", Data$, " +
                         PlainDecimal(position) + "   Len(Data$) = " + std::to_string(data.size()));

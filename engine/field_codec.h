@@ -12,8 +12,6 @@
 #include <string_view>
 
 #include "platform/byte_string.h"
-#include "platform/checked.h"
-#include "platform/error.h"
 
 namespace engine {
 
@@ -47,14 +45,8 @@ constexpr FieldWidth WidthOf(char opcode) {
     }
 }
 
-/// Whether a field of this width at position ends beyond length. Raises 6 beyond 32 bits.
-constexpr bool EndsBeyond(std::size_t length, std::int32_t position, std::int32_t width) {
-    const std::int32_t last = platform::CheckedAdd(position, width) - 1;
-    return last > 0 && static_cast<std::size_t>(last) > length;
-}
-
-[[noreturn]] void RaiseUnknownUnpack(std::string_view opcode);
-[[noreturn]] void RaiseUnpackSubscript(char opcode, std::int32_t position, std::size_t length);
+/// The error of a number that cannot be read.
+[[noreturn]] void RaiseUnpack(char opcode, std::string_view data, std::int32_t position);
 
 }  // namespace detail
 
@@ -62,15 +54,14 @@ constexpr bool EndsBeyond(std::size_t length, std::int32_t position, std::int32_
 /// the data, 5 for a position below 1, and 5 before 31 when the first byte of I, J or K lies beyond the data:
 /// their sign is read first. Raises 6 when position + width leaves 32 bits.
 inline std::int32_t iUnpack(char opcode, std::string_view data, std::int32_t position) {
-    constexpr std::uint32_t SignBit = 0x80;
+    constexpr std::uint8_t SignBit = 0x80;
     const detail::FieldWidth width = detail::WidthOf(opcode);
-    if (width.Bytes == 0) detail::RaiseUnknownUnpack({&opcode, 1});
-    const bool negative = width.SignExtends && (platform::ByteAt(data, position) & SignBit) != 0;
-    if (detail::EndsBeyond(data.size(), position, width.Bytes))
-        detail::RaiseUnpackSubscript(opcode, position, data.size());
-    if (position < 1) throw platform::Error(platform::InvalidArgument);
-    std::uint32_t value = negative ? ~std::uint32_t{0} : 0;
+    const std::int64_t last = std::int64_t{position} + width.Bytes - 1;
+    if (width.Bytes == 0 || position < 1 || last > static_cast<std::int64_t>(data.size()))
+        detail::RaiseUnpack(opcode, data, position);
     const char* const field = data.data() + position - 1;
+    const bool negative = width.SignExtends && (static_cast<std::uint8_t>(*field) & SignBit) != 0;
+    std::uint32_t value = negative ? ~std::uint32_t{0} : 0;
     for (std::int32_t i = 0; i < width.Bytes; ++i)
         value = (value << 8U) | static_cast<std::uint8_t>(field[i]);
     return static_cast<std::int32_t>(value);

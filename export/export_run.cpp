@@ -68,6 +68,7 @@ class ExportRun {
         : mState(state),
           mWindow(window),
           mTableName(std::move(tableName)),
+          mIsDetail(mTableName == InvoiceDetailTable),
           mFiles(state.TableFiles),
           mMap(state.LogicalMapRecordset) {}
 
@@ -93,6 +94,7 @@ class ExportRun {
     catalogue::InterfaceState& mState;
     platform::WindowServices& mWindow;
     const std::u16string mTableName;
+    const bool mIsDetail;
     const catalogue::TableFileSlots mFiles;
     const std::shared_ptr<dao::Recordset> mMap;  // on the table's row
 
@@ -173,7 +175,7 @@ bool ExportRun::CancelIsRequested() {
 /// Fills `CurrentRecord`; false when the record in hand gives no row.
 bool ExportRun::BuildRecord() {
     mState.CurrentRecord.clear();
-    if (mTableName == InvoiceDetailTable) return TakeDetailLine();
+    if (mIsDetail) return TakeDetailLine();
     ReadDataFiles();
     if (!mState.CurrentRecord.empty()) return true;
     mState.CurrentRecord = mState.CurrentKey;
@@ -200,7 +202,12 @@ void ExportRun::ReadDataFiles() {
     for (std::size_t slot = FirstDataSlot;; ++slot) {
         if (slot >= mFiles.size()) throw platform::Error(platform::SubscriptOutOfRange);
         if (!mFiles[slot]) return;
-        mState.CurrentRecord += engine::gEngine->LreadFile(mFiles[slot], mRecordNumber, false);
+        ByteString record = engine::gEngine->LreadFile(mFiles[slot], mRecordNumber, false);
+        if (slot == FirstDataSlot) {
+            mState.CurrentRecord = std::move(record);
+        } else {
+            mState.CurrentRecord += record;
+        }
     }
 }
 

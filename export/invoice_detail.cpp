@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <iterator>
 #include <optional>
 
 #include "engine/built_ins.h"
@@ -211,7 +212,8 @@ void ChainExpansion::SplitAmount() {
 
 void DetailLines::Add(const ByteString& detailRecord) {
     if (Count() >= MostLines) throw platform::Error(platform::SubscriptOutOfRange);
-    mLines.push_back(detailRecord);
+    if (mCount == std::ssize(mLines)) mLines.emplace_back();
+    mLines[static_cast<std::size_t>(mCount++)] = detailRecord;
 }
 
 const ByteString& DetailLines::Line(std::int32_t index) const {

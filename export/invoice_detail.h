@@ -27,18 +27,19 @@ class DetailLines {
   public:
     static constexpr std::int32_t MostLines = 1600;
 
-    void Clear() { mLines.clear(); }
+    void Clear() { mCount = 0; }
 
     /// Raises 9 when there are MostLines already.
     void Add(const platform::ByteString& detailRecord);
 
-    std::int32_t Count() const { return static_cast<std::int32_t>(mLines.size()); }
+    std::int32_t Count() const { return mCount; }
 
     /// The detail record at 1-based index. Raises 9 outside 1 to Count.
     const platform::ByteString& Line(std::int32_t index) const;
 
   private:
-    std::vector<platform::ByteString> mLines;
+    std::int32_t mCount = 0;
+    std::vector<platform::ByteString> mLines;  // at least mCount: those behind are memory to use again
 };
 
 /// Whether the operator wants the run to stop.

@@ -1,7 +1,5 @@
 #include "export/part_number.h"
 
-#include <string_view>
-
 namespace exporting {
 
 using platform::ByteString;
@@ -15,23 +13,23 @@ constexpr std::size_t MaskLength = 3;
 constexpr std::string_view MaskPositions = "123456789ABCDEFGHI";
 
 /// Positions refer to the number with the dashes that the same mask has put in before.
-void InsertDashes(ByteString& number, std::string_view mask) {
+ByteString InsertDashes(std::string_view plain, std::string_view mask) {
+    ByteString number;
+    number.reserve(NumberLength + MaskLength);
+    number = plain;
     mask = mask.substr(0, mask.find_last_not_of(' ') + 1);
     for (const char character : mask) {
         const std::size_t place = MaskPositions.find(character);
         if (place != std::string_view::npos) number.insert(place, 1, '-');
     }
+    return number;
 }
 
 }  // namespace
 
-ByteString FormatPartNumber(const ByteString& text) {
-    if (text.size() < NumberLength + MaskLength) return text;
-    ByteString number;
-    number.reserve(NumberLength + MaskLength);  // room for a dash of every mask character
-    number.assign(text, 0, NumberLength);
-    InsertDashes(number, std::string_view(text).substr(NumberLength, MaskLength));
-    return number;
+ByteString FormatPartNumber(std::string_view text) {
+    if (text.size() < NumberLength + MaskLength) return ByteString(text);
+    return InsertDashes(text.substr(0, NumberLength), text.substr(NumberLength, MaskLength));
 }
 
 }  // namespace exporting

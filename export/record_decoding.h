@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <variant>
 
 #include "catalogue/interface_state.h"
@@ -24,6 +25,31 @@ using platform::ByteString;
 /// Empty, text, 32-bit integer, double or date.
 using ColumnValue = std::variant<std::monostate, ByteString, std::int32_t, double, platform::OleDate>;
 
+/// The texts of the record in hand. Fields often read the same compressed bytes (an address gives three
+/// columns), so the expansion made last is kept. What the operations give lives until the next one.
+class RecordTexts {
+  public:
+    /// Turns to record, which must outlive the work on its texts.
+    void Begin(const ByteString& record);
+
+    const ByteString& Record() const { return *mRecord; }
+
+    /// The bytes from 1-based position on, and the text that they stand for when compressed. Raise 5 for a
+    /// position or length that no text has.
+    std::string_view Plain(std::int32_t position, std::int32_t length) const;
+    std::string_view Expanded(std::int32_t position, std::int32_t length);
+
+    /// A text made from them.
+    std::string_view Keep(ByteString text);
+
+  private:
+    const ByteString* mRecord = nullptr;
+    std::int32_t mExpandedPosition = 0;  // 0 while nothing is expanded
+    std::int32_t mExpandedLength = 0;
+    ByteString mExpanded;
+    ByteString mKept;
+};
+
 class FieldDecoder {
   public:
     /// Raises nothing: a descriptor that cannot be decoded fails record by record.
@@ -34,21 +60,24 @@ class FieldDecoder {
     /// more than four bytes; 31 "UnPack" for an integer that ends beyond the record; 6 for a bit number or
     /// decimals out of range and for a value that its decimals make too large, 11 for decimals too far below
     /// 0.
-    /// Memory is asked for by texts of the value alone: what lies between is kept from record to record.
-    ColumnValue Decode(const ByteString& Rec);
+    ColumnValue Decode(const ByteString& Rec) const;
+
+    /// Whether every value of the field is a text: what Text gives, which raises what Decode raises.
+    bool IsText() const { return mIsText; }
+    std::string_view Text(RecordTexts& record) const;
 
   private:
-    const ByteString& Expanded(const ByteString& Rec);
-    std::int32_t Integer(std::string_view opcodes, const ByteString& Rec) const;
+    std::int32_t Integer(const ByteString& Rec) const;
     double Scaled(std::int32_t value) const;
-    ByteString Flag(const ByteString& Rec) const;
+    std::string_view Flag(const ByteString& Rec) const;
 
     char16_t mCode;  // 0 where the descriptor's code is not one letter
+    char mOpcode;    // of an integer of mLength bytes
+    bool mIsText;
     std::int32_t mLength;
     std::int32_t mStart;
     std::int32_t mTypeSpec;
     double mPower;  // what TypeSpec makes of 10, or of 2 for a bit number
-    ByteString mExpanded;
 };
 
 /// The value of the field that Item describes. Raises what FieldDecoder::Decode raises.

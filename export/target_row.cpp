@@ -1,7 +1,5 @@
 #include "export/target_row.h"
 
-#include <type_traits>
-
 #include "platform/code_page.h"
 #include "platform/error.h"
 
@@ -17,16 +15,10 @@ dao::RecordsetField* ColumnNamed(dao::Recordset& target, const std::u16string& n
     }
 }
 
-dao::Value AccessValue(const ColumnValue& value) {
-    return std::visit(
-        [](const auto& held) -> dao::Value {
-            if constexpr (std::is_same_v<std::decay_t<decltype(held)>, ByteString>) {
-                return platform::WideFromBytes(held);
-            } else {
-                return held;
-            }
-        },
-        value);
+void SetNumber(dao::RecordsetField& field, const ColumnValue& value) {
+    if (const auto* real = std::get_if<double>(&value)) field.SetValue(*real);
+    if (const auto* number = std::get_if<std::int32_t>(&value)) field.SetValue(*number);
+    if (const auto* date = std::get_if<platform::OleDate>(&value)) field.SetValue(*date);
 }
 
 }  // namespace
@@ -39,10 +31,15 @@ TargetRow::TargetRow(const std::vector<catalogue::cInterface>& fieldList, dao::R
 }
 
 void TargetRow::Fill(const ByteString& record) {
-    for (Column& column : mColumns) {
+    mTexts.Begin(record);
+    for (const Column& column : mColumns) {
         try {
-            const ColumnValue value = column.Decoder.Decode(record);
-            if (!std::holds_alternative<std::monostate>(value)) column.Field->SetValue(AccessValue(value));
+            if (column.Decoder.IsText()) {
+                platform::WideFromBytesInto(column.Decoder.Text(mTexts), std::get<std::u16string>(mText));
+                column.Field->SetValue(mText);
+            } else {
+                SetNumber(*column.Field, column.Decoder.Decode(record));
+            }
         } catch (const platform::Error&) {
             // The rules ignore what goes wrong with one field; the other columns are still filled.
         }

@@ -2,6 +2,7 @@
 // run.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "catalogue/interface_state.h"
@@ -26,6 +27,8 @@ class TargetRow {
     };
 
     std::vector<Column> mColumns;
+    RecordTexts mTexts;
+    dao::Value mText = std::u16string();  // takes one text after the other, in the same memory
 };
 
 }  // namespace exporting

@@ -72,10 +72,25 @@ char16_t WideFromByte(std::uint8_t byte) {
 }
 
 std::u16string WideFromBytes(std::string_view bytes) {
-    std::u16string text(bytes.size(), u'\0');
-    std::transform(bytes.begin(), bytes.end(), text.begin(),
-                   [](char byte) { return WideFromByte(static_cast<std::uint8_t>(byte)); });
+    std::u16string text;
+    WideFromBytesInto(bytes, text);
     return text;
+}
+
+void WideFromBytesInto(std::string_view bytes, std::u16string& text) {
+    constexpr unsigned FirstOfUpperHalf = 0x80;
+    text.resize(bytes.size());
+    // Nearly every text is of the lower half: two plain loops, which the compiler makes into ones over many
+    // bytes at a time, take a fraction of the other's time.
+    unsigned bits = 0;
+    for (const char byte : bytes) bits |= static_cast<std::uint8_t>(byte);
+    if (bits < FirstOfUpperHalf) {
+        std::transform(bytes.begin(), bytes.end(), text.begin(),
+                       [](char byte) { return static_cast<char16_t>(byte); });
+    } else {
+        std::transform(bytes.begin(), bytes.end(), text.begin(),
+                       [](char byte) { return WideFromByte(static_cast<std::uint8_t>(byte)); });
+    }
 }
 
 std::string BytesFromWide(std::u16string_view text) {

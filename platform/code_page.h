@@ -15,6 +15,9 @@ char16_t WideFromByte(std::uint8_t byte);
 /// Bytes of code page 1252 as UTF-16.
 std::u16string WideFromBytes(std::string_view bytes);
 
+/// The same in place of text, whose memory is used again.
+void WideFromBytesInto(std::string_view bytes, std::u16string& text);
+
 /// UTF-16 as bytes of code page 1252; a character that the code page lacks becomes "?".
 std::string BytesFromWide(std::u16string_view text);
 

@@ -2,6 +2,8 @@
 // allocate for each of them.
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,43 +16,53 @@ namespace dao {
 
 class RowBuffer {
   public:
-    explicit RowBuffer(std::size_t columns) : mValues(columns), mSpareTexts(columns), mAssigned(columns) {}
+    explicit RowBuffer(std::size_t columns)
+        : mValues(columns), mSpareTexts(columns), mStates(columns, State::Empty) {}
 
     /// All Null, nothing assigned.
-    void Clear() {
-        for (std::size_t i = 0; i < mValues.size(); ++i) {
-            if (auto* text = std::get_if<std::u16string>(&mValues[i])) mSpareTexts[i] = std::move(*text);
-            mValues[i] = Null{};
-            mAssigned[i] = false;
-        }
-    }
+    void Clear() { std::ranges::fill(mStates, State::Empty); }
 
     void Assign(std::size_t column, Value value) {
         mValues[column] = std::move(value);
-        mAssigned[column] = true;
+        mStates[column] = State::Assigned;
     }
 
     void AssignText(std::size_t column, std::u16string_view text) {
         if (!std::holds_alternative<std::u16string>(mValues[column]))
             mValues[column] = std::move(mSpareTexts[column]);
         std::get<std::u16string>(mValues[column]).assign(text);
-        mAssigned[column] = true;
+        mStates[column] = State::Assigned;
     }
 
     /// The values of a row that is there already; none counts as assigned.
     void Load(const std::vector<Value>& values) {
         mValues = values;
-        mAssigned.assign(mValues.size(), false);
+        std::ranges::fill(mStates, State::Loaded);
     }
 
-    const Value& At(std::size_t column) const { return mValues[column]; }
-    bool IsAssigned(std::size_t column) const { return mAssigned[column]; }
-    std::span<const Value> Values() const { return mValues; }
+    Value At(std::size_t column) const { return mStates[column] == State::Empty ? Value() : mValues[column]; }
+
+    bool IsAssigned(std::size_t column) const { return mStates[column] == State::Assigned; }
+
+    std::span<const Value> Values() {
+        for (std::size_t i = 0; i < mValues.size(); ++i) {
+            if (mStates[i] == State::Empty) PutAway(i);
+        }
+        return mValues;
+    }
 
   private:
-    std::vector<Value> mValues;
+    enum class State : std::uint8_t { Empty, Loaded, Assigned };
+
+    void PutAway(std::size_t column) {
+        if (auto* text = std::get_if<std::u16string>(&mValues[column]))
+            mSpareTexts[column] = std::move(*text);
+        mValues[column] = Null{};
+    }
+
+    std::vector<Value> mValues;  // that of a column in state Empty is one of a former row, to be written over
     std::vector<std::u16string> mSpareTexts;
-    std::vector<bool> mAssigned;
+    std::vector<State> mStates;
 };
 
 }  // namespace dao

@@ -132,6 +132,18 @@ TEST_F(RecordDecoding, PartNumberCharacterStateAndPostalCode) {
     });
 }
 
+TEST_F(RecordDecoding, AnExpansionIsUsedAgainForTheSameBytesOfTheSameRecordOnly) {
+    const exporting::FieldDecoder whole({u"F", u"C", 2, 1, 0});
+    const exporting::FieldDecoder none({u"F", u"C", 0, 1, 0});
+    exporting::RecordTexts texts;
+    for (const ByteString record : {"\x59\xE8", "\xED\xDD"}) {
+        texts.Begin(record);
+        EXPECT_EQ(none.Text(texts), "");
+        EXPECT_EQ(whole.Text(texts), engine::Ucm(std::string_view(record)));
+        EXPECT_EQ(none.Text(texts), "");
+    }
+}
+
 TEST_F(RecordDecoding, AnUnknownCodeIsEmptyAndReadsNothing) {
     for (const std::u16string code : {u"K", u"N", u"V", u"a", u"i", u" ", u"", u"II"}) {
         EXPECT_EQ(Unpack({u"F", code, -5, -5, 99}, ""), ColumnValue{});
