@@ -1,4 +1,4 @@
-#include <QFontInfo>
+#include <QFontMetricsF>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -25,7 +25,8 @@ TEST_F(WindowServices, TheHexDisplayShowsTheDumpUntilCancel) {
         EXPECT_EQ(dialog.windowTitle(), u"Hex Variable Display"_s);
         const auto* const dump = dialog.findChild<QPlainTextEdit*>();
         EXPECT_EQ(dump->toPlainText(), u"000001 41 42\n"_s);
-        EXPECT_TRUE(QFontInfo(dump->font()).fixedPitch());
+        const QFontMetricsF metrics(dump->font());
+        EXPECT_EQ(metrics.horizontalAdvance(u'i'), metrics.horizontalAdvance(u'M'));
         auto* const cancel = dialog.findChild<QPushButton*>();
         EXPECT_EQ(cancel->text(), u"&Cancel"_s);
         QTest::mouseClick(cancel, Qt::LeftButton);
