@@ -50,7 +50,7 @@ fInterface::fInterface()
       mTables(mControls.x_SelectedTable),
       mServices(*this, mControls, mTrap),
       mRangeDialog(mServices, mTrap) {
-    setPalette(WithReadableDisabledTexts(QApplication::palette()));
+    setPalette(ReadableDisabledTexts(QApplication::palette()));
     Connect();
 }
 
@@ -221,8 +221,7 @@ void fInterface::mnuEnforceReferentialIntegrity_Click(bool ticked) {
 
 /// The desktop goes from light to dark, say.
 void fInterface::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::ApplicationPaletteChange)
-        setPalette(WithReadableDisabledTexts(QApplication::palette()));
+    if (event->type() == QEvent::PaletteChange) setPalette(ReadableDisabledTexts(QApplication::palette()));
     QMainWindow::changeEvent(event);
 }
 

@@ -43,13 +43,14 @@ QColor Faded(const QColor& text, const QColor& ground) {
     return Mixed(text, ground, std::max(share, 0.0));
 }
 
-QPalette WithReadableDisabledTexts(QPalette palette) {
+QPalette ReadableDisabledTexts(const QPalette& ordinary) {
+    QPalette palette;
     for (const auto& [text, ground] : {std::pair(QPalette::WindowText, QPalette::Window),
                                        {QPalette::ButtonText, QPalette::Button},
                                        {QPalette::Text, QPalette::Base}}) {
         palette.setColor(
             QPalette::Disabled, text,
-            Faded(palette.color(QPalette::Active, text), palette.color(QPalette::Active, ground)));
+            Faded(ordinary.color(QPalette::Active, text), ordinary.color(QPalette::Active, ground)));
     }
     return palette;
 }

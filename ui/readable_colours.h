@@ -15,7 +15,8 @@ QColor Readable(const QColor& colour, const QColor& ground);
 /// text faded halfway into its ground, less far where it could not be read any more.
 QColor Faded(const QColor& text, const QColor& ground);
 
-/// Gives disabled controls the texts of enabled ones, faded: what cannot be done yet is to be read.
-QPalette WithReadableDisabledTexts(QPalette palette);
+/// What to add to an ordinary palette: disabled controls show the texts of enabled ones, faded, because what
+/// cannot be done yet is to be read. Sets nothing else.
+QPalette ReadableDisabledTexts(const QPalette& ordinary);
 
 }  // namespace ui
