@@ -104,6 +104,8 @@ TEST_F(Design, TextsCanBeReadOnLightAndDarkDesktops) {
     const QPalette before = QApplication::palette();
     for (const QColor ground : {QColor(240, 240, 240), QColor(45, 45, 48)}) {
         QApplication::setPalette(QPalette(ground));
+        QApplication::processEvents();
+        EXPECT_EQ(Window.palette().color(QPalette::Window), ground);
         for (const auto& [group, least] : {std::pair(QPalette::Active, 4.4), {QPalette::Disabled, 3.0}}) {
             for (const QWidget* const control : Window.centralWidget()->findChildren<QWidget*>()) {
                 const QColor behind = Window.palette().color(group, control->backgroundRole());
