@@ -102,7 +102,7 @@ TEST_F(Design, TextsCanBeReadOnLightAndDarkDesktops) {
     boxes[1]->SetColour(catalogue::TableColour::Green);
     boxes[2]->SetColour(catalogue::TableColour::Purple);
     const QPalette before = QApplication::palette();
-    for (const QColor ground : {QColor(240, 240, 240), QColor(45, 45, 48)}) {
+    for (const QColor ground : {QColor(45, 45, 48), QColor(240, 240, 240)}) {
         QApplication::setPalette(QPalette(ground));
         QApplication::processEvents();
         EXPECT_EQ(Window.palette().color(QPalette::Window), ground);
