@@ -195,12 +195,13 @@ void Find(benchmark::State& state, const char* name) {
     account.Report(state.iterations());
 }
 
-void Decode(benchmark::State& state, std::vector<DecodingTable> tables) {
+void Decode(benchmark::State& state, const std::vector<DecodingTable>& tables) {
     const sample::CompressionAlphabet alphabet;
+    exporting::RecordTexts texts;
     std::int64_t fields = 0;
     Account account(state);
     for (auto _ : state) {
-        for (DecodingTable& table : tables) {
+        for (const DecodingTable& table : tables) {
             for (const ByteString& record : table.Records) {
                 texts.Begin(record);
                 for (const auto& field : table.Fields) {

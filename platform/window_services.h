@@ -28,7 +28,7 @@ class WindowServices {
     virtual void SetStatus(const std::string& text) = 0;
 
     /// The same for the text of a running export; kept as two numbers and turned into text (ProgressText)
-    /// when events are about to be dispatched and when the run ends.
+    /// some thirty times a second, before events are dispatched, and when the run ends.
     virtual void SetProgress(std::int32_t count, std::int32_t total) = 0;
 
     /// Shows a text in the hex display and waits until it is closed.

@@ -1,8 +1,8 @@
 #include "ui/interface_window.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <algorithm>
@@ -14,6 +14,7 @@
 #include "export/export_run.h"
 #include "platform/error.h"
 #include "ui/create_database_dialog.h"
+#include "ui/readable_colours.h"
 #include "ui/status_panels.h"
 #include "ui/window_texts.h"
 
@@ -49,6 +50,7 @@ fInterface::fInterface()
       mTables(mControls.x_SelectedTable),
       mServices(*this, mControls, mTrap),
       mRangeDialog(mServices, mTrap) {
+    setPalette(ReadableDisabledTexts(QApplication::palette()));
     Connect();
 }
 
@@ -215,6 +217,12 @@ void fInterface::CancelUpdate() {
 
 void fInterface::mnuEnforceReferentialIntegrity_Click(bool ticked) {
     mState.EnforceReferentialIntegrity = ticked;
+}
+
+/// The desktop goes from light to dark, say.
+void fInterface::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) setPalette(ReadableDisabledTexts(QApplication::palette()));
+    QMainWindow::changeEvent(event);
 }
 
 /// A run under way stops as if cancelled.

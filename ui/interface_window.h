@@ -37,6 +37,7 @@ class fInterface : public QMainWindow {
     ErrorTrap& Trap() { return mTrap; }
 
   protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:

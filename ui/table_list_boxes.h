@@ -1,15 +1,15 @@
 // The table list as the 76 check boxes of the window show it.
 #pragma once
 
-#include <QCheckBox>
 #include <array>
 #include <string>
 
 #include "catalogue/table_list.h"
+#include "ui/table_box.h"
 
 namespace ui {
 
-using CheckBoxes = std::array<QCheckBox*, catalogue::TableList::BoxCount>;
+using CheckBoxes = std::array<TableBox*, catalogue::TableList::BoxCount>;
 
 class TableListBoxes : public catalogue::TableList {
   public:
@@ -25,7 +25,7 @@ class TableListBoxes : public catalogue::TableList {
     void SetToolTip(int box, const std::string& text) override;
 
   private:
-    QCheckBox& Box(int box) const { return *mBoxes.at(static_cast<std::size_t>(box)); }
+    TableBox& Box(int box) const { return *mBoxes.at(static_cast<std::size_t>(box)); }
 
     CheckBoxes mBoxes;
     std::array<std::u16string, BoxCount> mCaptions;  // as given; a box shows "&" by doubling it

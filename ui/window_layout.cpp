@@ -89,7 +89,7 @@ void AddTableList(InterfaceControls& controls, QWidget& form, DesignLayout& layo
 
     auto* const list = new DesignLayout(&frame->Content(), SelectionsPlace.size());
     for (std::size_t i = 0; i < controls.x_SelectedTable.size(); ++i) {
-        auto* const box = new QCheckBox(&frame->Content());
+        auto* const box = new TableBox(&frame->Content());
         box->setObjectName(u"x_SelectedTable(%1)"_s.arg(i));
         const int top = FirstRowTop + RowPitch * static_cast<int>(i % RowsOfColumn);
         list->Place(box, QRect(QPoint(ColumnLefts[i / RowsOfColumn], top), BoxSize), RowPitch);

@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::chrono::milliseconds DispatchInterval(8);
 
+/// As often as an eye can follow the numbers; painting them takes longer than all else that is dispatched.
+constexpr std::chrono::milliseconds ProgressInterval(32);
+
 double ShareDone(std::int32_t count, std::int32_t total) {
     return total > 0 ? static_cast<double>(count) / total : 0;
 }
@@ -58,8 +61,12 @@ void QtWindowServices::ShowHexDisplay(const std::string& text) {
 }
 
 void QtWindowServices::Yield() {
-    if (Clock::now() < mNextDispatch) return;
-    RenderProgress();
+    const Clock::time_point now = Clock::now();
+    if (now < mNextDispatch) return;
+    if (now >= mNextProgress) {
+        RenderProgress();
+        mNextProgress = now + ProgressInterval;
+    }
     QCoreApplication::processEvents();
     mNextDispatch = Clock::now() + DispatchInterval;
     RethrowFailure();

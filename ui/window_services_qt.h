@@ -24,6 +24,7 @@ class QtWindowServices : public platform::WindowServices {
     void ShowHexDisplay(const std::string& text) override;
 
     /// Dispatches pending events when the last dispatch lies 8 ms back; between that it only reads a clock.
+    /// Every fourth time or so it renders the progress first.
     /// Raises the error of a handler that failed meanwhile.
     void Yield() override;
 
@@ -54,6 +55,7 @@ class QtWindowServices : public platform::WindowServices {
     ErrorTrap& mTrap;
     Progress mProgress;
     Clock::time_point mNextDispatch;
+    Clock::time_point mNextProgress;
     bool mHasHourglass = false;
 };
 

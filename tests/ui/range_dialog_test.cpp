@@ -75,6 +75,14 @@ class RangeDialog : public test::CatalogueFixture {
     }
     void PressTab(QLineEdit& box) { Press(Qt::Key_Tab, box); }
 
+    void ExpectClosesOverAnObjection(const std::function<void()>& close) {
+        Enter(Start(), u"0"_s);
+        close();
+        EXPECT_EQ(OnlyMessage(), u"Starting Value must be >  1"_s);
+        EXPECT_FALSE(Dialog->isVisible());
+        EXPECT_EQ(Stored(), std::pair(0, 0));
+    }
+
     QString OnlyMessage() const {
         EXPECT_EQ(Robot.Messages.size(), 1U);
         return Robot.Messages.empty() ? QString() : Robot.Messages.front().Text;
@@ -184,11 +192,11 @@ TEST_F(RangeDialog, AnObjectionKeepsOkFromClosing) {
 }
 
 TEST_F(RangeDialog, TheWindowsButtonClosesOverAnObjection) {
-    Enter(Start(), u"0"_s);
-    Dialog->close();
-    EXPECT_EQ(OnlyMessage(), u"Starting Value must be >  1"_s);
-    EXPECT_FALSE(Dialog->isVisible());
-    EXPECT_EQ(Stored(), std::pair(0, 0));
+    ExpectClosesOverAnObjection([this] { Dialog->close(); });
+}
+
+TEST_F(RangeDialog, EscapeClosesOverAnObjection) {
+    ExpectClosesOverAnObjection([this] { QTest::keyClick(&Start(), Qt::Key_Escape); });
 }
 
 TEST_F(RangeDialog, ResetShowsTheCataloguesValuesUnlessABoxObjects) {

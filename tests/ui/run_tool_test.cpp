@@ -89,6 +89,23 @@ TEST_F(RunTool, ASiteWithoutEngineEndsQuietlyAfterItsMessage) {
     EXPECT_FALSE(mWindowAtMessage) << "the window never appears";
 }
 
+TEST_F(RunTool, AnErrorAtTheStartEndsTheToolWithAReportAndNoWindow) {
+    const struct {
+        const char* File;
+        const char16_t* Report;
+    } cases[] = {{"share/SRV1/KSTLLNK/LINKSFILE",
+                  u"Run-time error '91':\n\nObject variable or With block variable not set"},
+                 {"drive_c/Program Files/Kestrel Software, Inc/Vantora/MasterFileInformation.mdb",
+                  u"Run-time error '3024':\n\n"}};
+    for (const auto& each : cases) {
+        EXPECT_TRUE(fs::remove(SiteFolder / each.File));
+        Robot.Messages.clear();
+        EXPECT_EQ(Run(), 1);
+        ExpectReport(QString::fromUtf16(each.Report));
+        EXPECT_FALSE(mWindowAtMessage);
+    }
+}
+
 TEST_F(RunTool, AnErrorInAnActionEndsTheToolWithAReport) {
     EXPECT_EQ(Run([this](const WindowDriver& hands) {
                   hands.SelectDatabase(Target);

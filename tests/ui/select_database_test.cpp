@@ -5,6 +5,7 @@
 
 #include "platform/file.h"
 #include "tests/ui/window_fixture.h"
+#include "ui/create_database_dialog.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -83,6 +84,25 @@ TEST_F(SelectDatabase, SelectingAgainForgetsRangesAndTicks) {
     EXPECT_TRUE(!box.isChecked() && box.toolTip().isEmpty());
     Hands->Click(u"INVOICES"_s);
     EXPECT_TRUE(box.toolTip().contains(u"Selected Range:  1 to "_s)) << qPrintable(box.toolTip());
+}
+
+// Access keeps a lock file beside a database as long as somebody has it open.
+TEST(FormerDatabase, IsDeletedUnlessALockFileTellsThatItIsInUse) {
+    using namespace std::chrono_literals;
+    const test::ScratchFolder scratch;
+    const std::string database = (scratch / "a.mdb").string();
+    const fs::path lockFile = scratch / "a.ldb";
+    EXPECT_TRUE(ui::DeleteFormerDatabase(database)) << "none is as good as deleted";
+    test::WriteBytes(database, "x");
+    test::WriteBytes(lockFile, "x");
+    for (const auto& [age, isLocked, isDeleted] :
+         {std::tuple(-1s, false, false), {1s, true, false}, {1s, false, true}}) {
+        fs::last_write_time(lockFile, fs::last_write_time(database) - age);
+        const auto user = platform::File::Open(lockFile.string(), platform::File::Mode::ReadWrite);
+        EXPECT_TRUE(!isLocked || user->TryLock(platform::File::Lock::Exclusive));
+        EXPECT_EQ(ui::DeleteFormerDatabase(database), isDeleted) << age.count() << isLocked;
+    }
+    EXPECT_FALSE(fs::exists(database));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <QFontInfo>
+#include <QFontMetricsF>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -7,6 +7,7 @@
 
 #include "tools/window_driver/modal_robot.h"
 #include "ui/interface_window.h"
+#include "ui/status_text_box.h"
 #include "ui/window_services_qt.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -20,12 +21,34 @@ class WindowServices : public testing::Test {
     ui::QtWindowServices& Services = Window.Services();
 };
 
+TEST_F(WindowServices, ProgressBecomesTextAndBarWhenItIsRendered) {
+    const auto& status = *Window.findChild<ui::StatusTextBox*>(u"txtStatus"_s);
+    const struct {
+        std::int32_t Count, Total;
+        const char* Text;
+        double Share;
+    } cases[] = {{85, 340, "Processing:  85 of  340", 0.25},
+                 {29071, 6600, "Processing:  29071 of  6600", 1},
+                 {1, 0, "Processing:  1 of  0", 0},
+                 {5, -1, "Processing:  5 of -1", 0}};
+    for (const auto& each : cases) {
+        Services.SetProgress(each.Count, each.Total);
+        EXPECT_NE(status.text().toStdString(), each.Text);
+        Services.RenderProgress();
+        EXPECT_EQ(status.text().toStdString(), each.Text);
+        EXPECT_DOUBLE_EQ(status.Share(), each.Share) << each.Text;
+    }
+    Services.SetStatus("Complete");
+    EXPECT_DOUBLE_EQ(status.Share(), 0);
+}
+
 TEST_F(WindowServices, TheHexDisplayShowsTheDumpUntilCancel) {
     Robot.Expect([](QWidget& dialog) {
         EXPECT_EQ(dialog.windowTitle(), u"Hex Variable Display"_s);
         const auto* const dump = dialog.findChild<QPlainTextEdit*>();
         EXPECT_EQ(dump->toPlainText(), u"000001 41 42\n"_s);
-        EXPECT_TRUE(QFontInfo(dump->font()).fixedPitch());
+        const QFontMetricsF metrics(dump->font());
+        EXPECT_EQ(metrics.horizontalAdvance(u'i'), metrics.horizontalAdvance(u'M'));
         auto* const cancel = dialog.findChild<QPushButton*>();
         EXPECT_EQ(cancel->text(), u"&Cancel"_s);
         QTest::mouseClick(cancel, Qt::LeftButton);

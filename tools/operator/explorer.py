@@ -4,6 +4,7 @@ import fcntl
 import signal
 import subprocess
 import tempfile
+from pathlib import Path
 
 from display import OperatorError, wait_for
 
@@ -21,6 +22,8 @@ MESSAGE = "^Vantora Database Explorer$"
 RANGE = "^Range Selection$"
 SAVE = "^Create Database$"
 
+LIBRARY_LEAKS = Path(__file__).with_name("library_leaks.supp")  # matters to checked builds only
+
 
 class Explorer:
     MARK = (14, 16)  # pixels: the square of a check box, and a little air
@@ -28,8 +31,9 @@ class Explorer:
     def __init__(self, display, program, environment):
         self._display = display
         self._errors = tempfile.TemporaryFile(mode="w+")
+        settings = {"QT_QPA_PLATFORM": "xcb", "LSAN_OPTIONS": f"suppressions={LIBRARY_LEAKS}:print_suppressions=0"}
         self._process = subprocess.Popen([str(program)], stdout=self._errors, stderr=self._errors,
-                                         env={**display.environment, **environment, "QT_QPA_PLATFORM": "xcb"})
+                                         env={**display.environment, **environment, **settings})
 
     def __enter__(self):
         return self

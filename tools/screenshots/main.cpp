@@ -170,10 +170,7 @@ int main(int argc, char** argv) {
     try {
         Photographer photographer(QString::fromLocal8Bit(argv[1]));
         photographer.Session(QString());
-        QPalette dark(QColor(45, 45, 48));
-        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-            dark.setColor(QPalette::Disabled, role, QColor(140, 140, 145));
-        QApplication::setPalette(dark);
+        QApplication::setPalette(QPalette(QColor(45, 45, 48)));
         photographer.Session(u"-dark"_s);
         return 0;
     } catch (const std::exception& failure) {
