@@ -146,6 +146,7 @@ class LostTarget : public dao::Database {
     dao::TableDefs& TableDefs() override { throw std::logic_error("no tables"); }
     std::shared_ptr<dao::Relation> CreateRelation(std::u16string_view) override { return nullptr; }
     dao::Relations& Relations() override { throw std::logic_error("no relations"); }
+    void SetPause(std::function<void()>) override {}
     void Flush() override {}
     void Close() override {}
 };
