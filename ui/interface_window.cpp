@@ -5,6 +5,7 @@
 #include <QCloseEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <algorithm>
 
 #include "catalogue/metadata_catalogue.h"
@@ -74,8 +75,15 @@ void fInterface::Connect() {
     connect(mControls.mnuExit, &QAction::triggered, this, &QWidget::close);
 }
 
-/// A window that is closed while a handler runs is unloaded when the outermost one has ended.
+/// A window that is closed while a handler runs is unloaded when the outermost one has ended. No handler runs
+/// in the middle of work on the target database: what is not input, such as a screen reader's press of a
+/// button, comes through there and has to wait.
 void fInterface::Handle(const std::function<void()>& handler) {
+    constexpr int Later = 20;  // milliseconds
+    if (mServices.IsBreathing()) {
+        QTimer::singleShot(Later, this, [this, handler] { Handle(handler); });
+        return;
+    }
     ++mHandlersRunning;
     mTrap.Run(handler);
     --mHandlersRunning;
@@ -134,6 +142,7 @@ void fInterface::SelectDatabase() {
         repaint();
         mServices.ShowHourglass(true);
         catalogue::BuildTargetDatabase(mState, mControls.txtDataBase->text().toStdString());
+        mState.TargetDatabase->SetPause([this] { mServices.Breathe(); });
         OpenTableList();
         mServices.EnableAction(UpdateButton, true);
         mServices.ShowHourglass(false);

@@ -72,6 +72,14 @@ void QtWindowServices::Yield() {
     RethrowFailure();
 }
 
+void QtWindowServices::Breathe() {
+    if (mIsBreathing || Clock::now() < mNextDispatch) return;
+    mIsBreathing = true;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    mIsBreathing = false;
+    mNextDispatch = Clock::now() + DispatchInterval;
+}
+
 void QtWindowServices::EnableAction(int button, bool enabled) {
     mControls.btnAction.at(static_cast<std::size_t>(button))->setEnabled(enabled);
 }

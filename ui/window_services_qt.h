@@ -28,6 +28,13 @@ class QtWindowServices : public platform::WindowServices {
     /// Raises the error of a handler that failed meanwhile.
     void Yield() override;
 
+    /// For long work that nothing must interrupt: lets the window move and repaint, as often as Yield does,
+    /// and takes no input.
+    void Breathe();
+
+    /// Whether Breathe is under way.
+    bool IsBreathing() const { return mIsBreathing; }
+
     void EnableAction(int button, bool enabled) override;
     void ShowHourglass(bool shown) override;
 
@@ -57,6 +64,7 @@ class QtWindowServices : public platform::WindowServices {
     Clock::time_point mNextDispatch;
     Clock::time_point mNextProgress;
     bool mHasHourglass = false;
+    bool mIsBreathing = false;
 };
 
 }  // namespace ui

@@ -65,6 +65,8 @@ class OpenDatabaseFile final : public Database {
         return mRelations;
     }
 
+    void SetPause(std::function<void()> pause) override { mConnection->File().SetPause(std::move(pause)); }
+
     void Flush() override { mConnection->File().Flush(); }
 
     void Close() override { mConnection->Close(); }

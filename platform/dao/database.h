@@ -3,6 +3,7 @@
 // raise 3420.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -32,6 +33,10 @@ class Database : public std::enable_shared_from_this<Database> {
 
     virtual dao::Relations& Relations() = 0;
 
+    /// Long work in Update, Flush and Close calls pause every now and then, so that a window can show signs
+    /// of life. pause must use no object of this database and raise no error.
+    virtual void SetPause(std::function<void()> pause) = 0;
+
     /// Writes everything to the file without closing it.
     virtual void Flush() = 0;
 
@@ -39,8 +44,8 @@ class Database : public std::enable_shared_from_this<Database> {
     virtual void Close() = 0;
 };
 
-/// Opens an existing database writable, for other programs too unless it is opened exclusively. Raises 3024 (no
-/// such file), 3343 (not an Access database of a known format), 3051 (may not be opened), 3045 (asked for
+/// Opens an existing database writable, for other programs too unless it is opened exclusively. Raises 3024
+/// (no such file), 3343 (not an Access database of a known format), 3051 (may not be opened), 3045 (asked for
 /// exclusively and open elsewhere).
 std::shared_ptr<Database> OpenDatabase(std::string_view path, bool exclusive = false);
 

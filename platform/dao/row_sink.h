@@ -30,6 +30,7 @@ class RowSinkDatabase : public Database {
     dao::TableDefs& TableDefs() override { throw platform::Error(platform::ObjectNotSet); }
     std::shared_ptr<Relation> CreateRelation(std::u16string_view) override { return nullptr; }
     dao::Relations& Relations() override { throw platform::Error(platform::ObjectNotSet); }
+    void SetPause(std::function<void()>) override {}
     void Flush() override {}
     void Close() override {}
 };

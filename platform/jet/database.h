@@ -48,6 +48,9 @@ class Database {
     /// 3022 and 3058 (rows that the index forbids; nothing is added then).
     void CreateIndex(Table& table, const IndexSpec& index);
 
+    /// See PageFile.
+    void SetPause(std::function<void()> pause) { mFile->SetPause(std::move(pause)); }
+
     /// Writes everything to the file: a checkpoint (see PageFile) that holds all rows added so far.
     void Flush();
 

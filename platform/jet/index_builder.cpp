@@ -75,6 +75,7 @@ void IndexBuilder::FillLeaf(std::uint32_t page) {
 }
 
 void IndexBuilder::CloseLeaf() {
+    mFile.Pause();
     const std::uint32_t page = TakePage();
     FillLeaf(page);
     AddChild(0, page, std::string_view(mBytes).substr(mEnds.size() > 1 ? mEnds[mEnds.size() - 2] : 0));

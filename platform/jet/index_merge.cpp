@@ -81,6 +81,7 @@ void IndexTree::ForEachLeaf(Visit visit) const {
         if (!leaf.IsLeaf() || steps > mFile.PageCount()) throw mFile.Damaged();
         number = leaf.Next();  // before visit, which may give the leaf another place
         visit(leaf);
+        mFile.Pause();
     }
 }
 
@@ -115,7 +116,7 @@ std::uint32_t IndexTree::Merge(PendingEntries& waiting) {
     for (auto page = mPages.Next(0); page; page = mPages.Next(*page + 1)) oldPages.push_back(*page);
 
     IndexBuilder builder(mFile, mPages, mTablePage);
-    Sequence sequence(mFile, builder, waiting.Sorted());
+    Sequence sequence(mFile, builder, waiting.Sorted([this] { mFile.Pause(); }));
     ForEachLeaf([&](const IndexPage& leaf) { sequence.AddLeaf(leaf); });
     sequence.AddRest();
 

@@ -435,6 +435,7 @@ void PageFile::WriteRun(std::span<Frame* const> run) {
     } catch (const platform::Error& error) {
         FailWriting(error);
     }
+    Pause();
     for (Frame* frame : run) {
         // Whoever holds the page may still be changing it: it stays changed.
         if (frame->Pins > 0) continue;

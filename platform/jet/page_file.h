@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -88,6 +89,13 @@ class PageFile {
     ~PageFile();
     PageFile(const PageFile&) = delete;
     PageFile& operator=(const PageFile&) = delete;
+
+    /// Long work on the file calls pause every now and then, so that its caller can show signs of life.
+    /// pause must not touch the file or what lies in it, and must not raise errors.
+    void SetPause(std::function<void()> pause) { mPause = std::move(pause); }
+    void Pause() const {
+        if (mPause) mPause();
+    }
 
     const std::string& Path() const { return mFile->Path(); }
     bool IsWritable() const { return mFile->IsWritable(); }
@@ -189,6 +197,7 @@ class PageFile {
     std::int64_t mPromised = 0;
     std::vector<std::uint8_t> mWriteBuffer;
     bool mWritten = false;
+    std::function<void()> mPause;
     std::optional<platform::Error> mFailure;  // of the first write of an Exclusive file that failed
     std::unique_ptr<PageAllocator> mAllocator;
 };

@@ -61,12 +61,17 @@ std::size_t PendingEntries::MemoryBytes() const {
     return mChunks.size() * ChunkBytes + mEntries.capacity() * sizeof(Entry) + mKeys.size() * HashNodeBytes;
 }
 
-std::span<const PendingEntries::Entry> PendingEntries::Sorted() {
+std::span<const PendingEntries::Entry> PendingEntries::Sorted(const std::function<void()>& pause) {
     if (!mAscending) {
         std::vector<Sortable> sortable;
         sortable.reserve(mEntries.size());
         for (const Entry entry : mEntries) sortable.push_back({Head(entry), entry});
-        std::ranges::sort(sortable, std::less{});
+        constexpr unsigned ComparesBetweenPauses = 1 << 14;
+        unsigned compares = 0;
+        std::ranges::sort(sortable, [&](const Sortable& a, const Sortable& b) {
+            if (++compares % ComparesBetweenPauses == 0) pause();
+            return a < b;
+        });
         std::ranges::transform(sortable, mEntries.begin(), &Sortable::Entry);
         mAscending = true;
     }

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -32,8 +33,9 @@ class PendingEntries {
     /// Memory that the entries take up, about.
     std::size_t MemoryBytes() const;
 
-    /// The entries in the order of the index. What it gives lives until the next Add or Clear.
-    std::span<const Entry> Sorted();
+    /// The entries in the order of the index. What it gives lives until the next Add or Clear. Sorting takes
+    /// long and calls pause now and then.
+    std::span<const Entry> Sorted(const std::function<void()>& pause);
 
     void Clear();
 
