@@ -255,8 +255,8 @@ void cBusinessBasic::KPrev(const LogicalFileArgument& LogicalFile, ByteString& B
     engine::KPrev(Resolved(LogicalFile), Buff, Key, Rec);
 }
 
-std::vector<ByteString> cBusinessBasic::Split(ByteString Expression, ByteString Delimiter, std::int32_t Limit,
-                                              std::int32_t Compare) {
+std::vector<ByteString> cBusinessBasic::Split(const ByteString& Expression, const ByteString& Delimiter,
+                                              std::int32_t Limit, std::int32_t Compare) {
     return engine::Split(Expression, Delimiter, Limit, Compare);
 }
 

@@ -88,8 +88,8 @@ class cBusinessBasic {
                bool Orb = false);
     void KPrev(const LogicalFileArgument& LogicalFile, ByteString& Buff, ByteString& Key, std::int32_t& Rec,
                bool Orb = false);
-    std::vector<ByteString> Split(ByteString Expression, ByteString Delimiter = " ", std::int32_t Limit = -1,
-                                  std::int32_t Compare = 0);
+    std::vector<ByteString> Split(const ByteString& Expression, const ByteString& Delimiter = " ",
+                                  std::int32_t Limit = -1, std::int32_t Compare = 0);
     std::int32_t Sys(std::int32_t Value);
     void Stma(StmaValue Var1, StmaValue& Var2, StmaValue& Var3, StmaValue& Var4, StmaValue& Var5,
               StmaValue& Var6);

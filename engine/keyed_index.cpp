@@ -129,7 +129,7 @@ void KFind(const std::shared_ptr<cLogicalFile>& LogicalFile, ByteString& Buff, B
     const IndexHeader header = ParseHeader(headerBlock);
     Normalise(Key, header.KeyLength(file.IsamPlus));
 
-    const auto bufferLength = static_cast<std::size_t>(file.RecordLength + BufferPrefix);
+    const auto bufferLength = static_cast<std::size_t>(file.RecordLength) + BufferPrefix;
     if (Buff.size() < bufferLength) Buff.resize(bufferLength, '\0');
     Rec = header.Root;
     platform::Put(Buff, 1, headerBlock);

@@ -4,8 +4,6 @@
 
 #include "export/export_run.h"
 
-#include <algorithm>
-#include <array>
 #include <optional>
 
 #include "catalogue/row_fields.h"
@@ -18,6 +16,7 @@
 #include "export/supersession.h"
 #include "export/target_row.h"
 #include "platform/checked.h"
+#include "platform/dao/errors.h"
 
 namespace exporting {
 
@@ -40,27 +39,6 @@ struct StatusRange {
     std::int32_t EndingStatus;
     std::int32_t LastRecord;
 };
-
-// Numbers of data access that tell of the target's file, and not of a row.
-constexpr int NotEnoughSpace = 3026;
-constexpr int ReadOnlyDatabase = 3027;
-constexpr int DiskErrorInRead = 3040;
-constexpr int DiskOrNetworkError = 3043;
-
-constexpr std::array FileErrors{NotEnoughSpace,
-                                ReadOnlyDatabase,
-                                DiskErrorInRead,
-                                DiskOrNetworkError,
-                                platform::DiskFull,
-                                platform::DeviceIoError,
-                                platform::PermissionDenied,
-                                platform::PathFileAccess};
-
-/// Whether the table refused the row, such as one with a duplicate key. An error of the file would befall
-/// every row after it too.
-bool IsRefusal(const platform::Error& error) {
-    return std::find(FileErrors.begin(), FileErrors.end(), error.Number) == FileErrors.end();
-}
 
 class ExportRun {
   public:
@@ -225,7 +203,7 @@ bool ExportRun::WriteRow() {
     try {
         mTarget->Update();
     } catch (const platform::Error& error) {
-        if (!IsRefusal(error)) throw;  // a row that the table refuses is dropped, and the run goes on
+        if (dao::IsFileError(error)) throw;  // a row that the table refuses is dropped, and the run goes on
     }
     return true;
 }

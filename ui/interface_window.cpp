@@ -13,6 +13,7 @@
 #include "engine/business_basic.h"
 #include "engine/site_configuration.h"
 #include "export/export_run.h"
+#include "platform/dao/errors.h"
 #include "platform/error.h"
 #include "ui/create_database_dialog.h"
 #include "ui/readable_colours.h"
@@ -169,8 +170,8 @@ void fInterface::OpenTableList() {
     }
 }
 
-/// When Select DB was pressed meanwhile, errors only tell that the former target is closed. The flag is set
-/// again for the run further out, if this update was started in the middle of one.
+/// When Select DB was pressed meanwhile, the former target is closed: the update ends where it is. The flag
+/// is set again for the run further out, if this update was started in the middle of one.
 void fInterface::Update() {
     const int selection = mSelections;
     mState.CancelRequested = false;
@@ -178,8 +179,8 @@ void fInterface::Update() {
     mServices.EnableAction(UpdateButton, false);
     try {
         ExportTickedTables();
-    } catch (const platform::Error&) {
-        if (selection == mSelections) throw;
+    } catch (const platform::Error& error) {
+        if (selection == mSelections || error.Number != dao::ObjectInvalid) throw;
     }
     if (selection == mSelections) FinishUpdate();
     if (mHandlersRunning > 1) mState.CancelRequested = true;

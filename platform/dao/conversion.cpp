@@ -41,10 +41,9 @@ std::int32_t ByteOf(const Value& value) {
 
 double SingleOf(const Value& value) {
     const double real = RealOf(value);
-    const auto single = static_cast<float>(
-        std::fabs(real) > std::numeric_limits<float>::max() ? std::numeric_limits<float>::infinity() : real);
-    if (std::isinf(single)) throw DataError(jet::DataConversion);
-    return single;
+    constexpr double Greatest = std::numeric_limits<float>::max();
+    if (std::fabs(real) > Greatest) throw DataError(jet::DataConversion);
+    return static_cast<double>(static_cast<float>(real));
 }
 
 Currency CurrencyOf(const Value& value) {

@@ -15,6 +15,7 @@ namespace {
 
 std::vector<ColumnShape> ShapesOf(const jet::Table& table, jet::Version version) {
     std::vector<ColumnShape> shapes;
+    shapes.reserve(table.Definition().Columns.size());
     for (const jet::Column& column : table.Definition().Columns) shapes.push_back(ShapeOf(column, version));
     return shapes;
 }

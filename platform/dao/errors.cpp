@@ -1,0 +1,25 @@
+#include "platform/dao/errors.h"
+
+#include "platform/jet/errors.h"
+
+namespace dao {
+
+static_assert(ObjectInvalid == jet::ObjectInvalid);
+
+bool IsFileError(const platform::Error& error) {
+    switch (error.Number) {
+        case jet::DiskSpace:
+        case jet::ReadOnlyDatabase:
+        case jet::DiskRead:
+        case jet::DiskOrNetwork:
+        case platform::DiskFull:
+        case platform::DeviceIoError:
+        case platform::PermissionDenied:
+        case platform::PathFileAccess:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace dao
