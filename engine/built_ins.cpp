@@ -65,6 +65,30 @@ ByteString HexDumpLine(std::size_t position, std::string_view bytes) {
     return line + "\r\n";
 }
 
+/// The first two characters of every group, made anew when the alphabet has changed: looking up a pair costs
+/// less than taking it apart.
+class CharacterPairs {
+  public:
+    static constexpr std::size_t Length = 2;
+
+    const char* At(std::uint32_t pair) { return &mPairs[pair * Length]; }
+
+    void Follow(std::string_view alphabet) {
+        if (std::string_view(mAlphabet.data(), mAlphabet.size()) == alphabet) return;
+        alphabet.copy(mAlphabet.data(), mAlphabet.size());
+        for (std::size_t pair = 0; pair < std::size_t{Radix} * Radix; ++pair) {
+            mPairs[pair * Length] = mAlphabet[pair / Radix];
+            mPairs[pair * Length + 1] = mAlphabet[pair % Radix];
+        }
+    }
+
+    char Single(std::uint32_t place) const { return mAlphabet[place]; }
+
+  private:
+    std::array<char, Radix> mAlphabet{};
+    std::array<char, Length * Radix * Radix> mPairs{};
+};
+
 }  // namespace
 
 ByteString Crm(ByteString& Source) {
@@ -93,19 +117,21 @@ ByteString Ucm(std::string_view Source) {
 }
 
 void UcmInto(std::string_view Source, ByteString& text) {
-    // The alphabet is copied, and the text written in place: otherwise each character read or appended costs
-    // several times as much.
-    std::array<char, Radix> characters{};
-    gCodeChars.copy(characters.data(), characters.size());
+    static CharacterPairs characters;
+    characters.Follow(gCodeChars);
+    // Written in place: otherwise each character appended costs several times as much.
     text.resize((Source.size() + 1) / BytesPerGroup * CharactersPerGroup);
     char* end = text.data();
     const auto appendGroup = [&](char high, char low) {
         const auto value = static_cast<std::uint32_t>(static_cast<std::uint8_t>(high)) * 0x100U +
                            static_cast<std::uint8_t>(low);
         const std::uint32_t pair = value / Radix;
-        if (pair < Radix * Radix) *end++ = characters[pair / Radix];
-        *end++ = characters[pair % Radix];
-        *end++ = characters[value % Radix];
+        if (pair < Radix * Radix) {
+            end = std::copy_n(characters.At(pair), CharacterPairs::Length, end);
+        } else {
+            *end++ = characters.Single(pair % Radix);  // the first has no character
+        }
+        *end++ = characters.Single(value % Radix);
     };
     std::size_t start = 0;
     for (; start + 1 < Source.size(); start += BytesPerGroup) appendGroup(Source[start], Source[start + 1]);
