@@ -28,7 +28,8 @@ TEST(Queries, ThatDoNotReadRaise3075) {
          {u"Select * from T Where [C] = 'O'Brien'", u"Select * from T Where [C] = 'Smith''",
           u"Select * from T Where [C] = 'text", u"Select * from T Where [C] 'text'", u"Select * from T",
           u"Select C from T Where [C] = 'x'", u"Select * from T Where [C = 'x'",
-          u"Select * from T Where [C] = x", u"Select * from T Where [C] = 'x' Order By C", u"Select "}) {
+          u"Select * from T Where [C] = x", u"Select * from T Where [C] = 'x' Order By C",
+          u"Select * from T Where [C] = '' Or ''=''", u"Select "}) {
         EXPECT_EQ(test::ErrorOf([&] { ParseQuery(source); }).Number, 3075);
     }
     const platform::Error error = test::ErrorOf([] { ParseQuery(u"Select * from T Where [C] = 'O'Brien'"); });

@@ -1,8 +1,6 @@
 // Names, links and directory entries of any bytes. An input is a logical name, LINKSFILE and a directory
 // file, each up to the next "|||", and a container.
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 
 #include "engine/links.h"
@@ -10,6 +8,7 @@
 #include "engine/system.h"
 #include "tests/engine/bytes.h"
 #include "tests/fuzz/fresh_input.h"
+#include "tests/fuzz/scratch_home.h"
 
 namespace {
 
@@ -17,34 +16,14 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view Divider = "|||";
 
-void Write(const fs::path& path, std::string_view bytes) {
-    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-/// A folder that the settings name as the root of all shares; removed at the end.
-struct Shares {
+/// A folder that stands for all shares, and the names of this site.
+struct Shares : test::ScratchHome {
     Shares() {
-        std::string pattern = (fs::temp_directory_path() / "names_fuzz-XXXXXX").string();
-        Folder = mkdtemp(pattern.data());
-        setenv("XDG_CONFIG_HOME", Folder.c_str(), 1);
-        Write(Folder / "Vantora.conf", "[Shares]\nRoot=" + (Folder / "root").string() + "\n");
         engine::gSystem = std::make_unique<engine::cSystem>();
         engine::gSystem->mUNCDrive = "SRV1";
         engine::gSystem->mDirectory = "D01";
     }
-    ~Shares() {
-        std::error_code ignored;
-        fs::remove_all(Folder, ignored);
-    }
-
-    fs::path Folder;
 };
-
-std::string_view TakePart(std::string_view& input) {
-    const std::string_view part = input.substr(0, input.find(Divider));
-    input.remove_prefix(std::min(part.size() + Divider.size(), input.size()));
-    return part;
-}
 
 void Use(const std::string& name) {
     try {
@@ -72,14 +51,12 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Shares shares;
-    const fs::path share = shares.Folder / "root/SRV1/KSTLLNK";
-    fs::remove_all(share);
-    fs::create_directories(share / "KSW");
+    fs::remove_all(shares / "root");
     std::string_view input(reinterpret_cast<const char*>(data), size);
-    const std::string name(TakePart(input));
-    Write(share / "LINKSFILE", TakePart(input));
-    Write(share / "KSW/D01", TakePart(input));
-    Write(share / "KSW/DDB", input);
+    const std::string name(test::TakePart(input, Divider));
+    shares.Write("root/SRV1/KSTLLNK/LINKSFILE", test::TakePart(input, Divider));
+    shares.Write("root/SRV1/KSTLLNK/KSW/D01", test::TakePart(input, Divider));
+    shares.Write("root/SRV1/KSTLLNK/KSW/DDB", input);
     engine::gOpenFiles = std::make_unique<engine::cOpenFiles>();
     engine::gLogicalFiles = std::make_unique<engine::cLogicalFiles>();
     engine::gLinks = std::make_unique<engine::cLinks>();
