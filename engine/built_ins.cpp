@@ -71,7 +71,7 @@ class CharacterPairs {
   public:
     static constexpr std::size_t Length = 2;
 
-    const char* At(std::uint32_t pair) { return &mPairs[pair * Length]; }
+    const char* At(std::uint32_t pair) const { return &mPairs[pair * Length]; }
 
     void Follow(std::string_view alphabet) {
         if (std::string_view(mAlphabet.data(), mAlphabet.size()) == alphabet) return;

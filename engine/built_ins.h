@@ -30,7 +30,7 @@ ByteString Ucm(ByteString& Source);
 /// The same of bytes that stay as they are: an odd length is read as if the zero byte followed.
 ByteString Ucm(std::string_view Source);
 
-/// The same in place of text, whose memory is used again.
+/// The same in place of text, whose memory is used again; Source must not lie in it.
 void UcmInto(std::string_view Source, ByteString& text);
 
 /// The 1-based position of the first Target in Source, letter case mattering; 0 when there is none.
