@@ -101,8 +101,9 @@ void OpenFiles(InterfaceState& state, const TableList& list, platform::WindowSer
     for (int column = FirstFileColumn; column <= LastFileColumn; ++column) {
         const dao::Value name = row.Fields(column).GetValue();
         if (dao::IsNull(name)) continue;
-        const auto slot = static_cast<std::size_t>(column - FirstFileColumn + FirstFileSlot);
-        state.TableFiles[slot] = engine::gEngine->LogicalOpen(platform::BytesFromWide(dao::ToText(name)));
+        const int slot = column - FirstFileColumn + FirstFileSlot;
+        state.TableFiles[static_cast<std::size_t>(slot)] =
+            engine::gEngine->LogicalOpen(platform::BytesFromWide(dao::ToText(name)));
     }
 }
 

@@ -264,8 +264,8 @@ std::int32_t cBusinessBasic::Sys(std::int32_t Value) {
     return engine::Sys(Value);
 }
 
-void cBusinessBasic::Stma(StmaValue Var1, StmaValue& Var2, StmaValue& Var3, StmaValue& Var4, StmaValue& Var5,
-                          StmaValue& Var6) {
+void cBusinessBasic::Stma(const StmaValue& Var1, StmaValue& Var2, StmaValue& Var3, StmaValue& Var4,
+                          StmaValue& Var5, StmaValue& Var6) {
     engine::Stma(Var1, Var2, Var3, Var4, Var5, Var6);
 }
 

@@ -91,7 +91,7 @@ class cBusinessBasic {
     std::vector<ByteString> Split(const ByteString& Expression, const ByteString& Delimiter = " ",
                                   std::int32_t Limit = -1, std::int32_t Compare = 0);
     std::int32_t Sys(std::int32_t Value);
-    void Stma(StmaValue Var1, StmaValue& Var2, StmaValue& Var3, StmaValue& Var4, StmaValue& Var5,
+    void Stma(const StmaValue& Var1, StmaValue& Var2, StmaValue& Var3, StmaValue& Var4, StmaValue& Var5,
               StmaValue& Var6);
 
   private:

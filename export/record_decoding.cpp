@@ -104,7 +104,6 @@ ColumnValue FieldDecoder::Decode(const ByteString& Rec) const {
         case u'J':
             return engine::UnPackDate("J", Rec, mStart);
         case u'M':
-            return Integer(Rec) / Hundredths;
         case u'm':
             return Integer(Rec) / Hundredths;
         case u'R':

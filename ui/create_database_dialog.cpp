@@ -82,7 +82,7 @@ bool DeleteFormerDatabase(const std::string& path) {
 }
 
 QString CreateDatabaseDialog(QtWindowServices& services) {
-    const QString path = ChosenPath(services.DialogParent());
+    QString path = ChosenPath(services.DialogParent());
     services.RethrowFailure();
     if (path.isEmpty() || DeleteFormerDatabase(path.toStdString())) return path;
     platform::Message message;

@@ -22,6 +22,7 @@ std::vector<ColumnShape> ShapesOf(const jet::Table& table, jet::Version version)
 
 std::vector<std::u16string> NamesOf(const std::vector<ColumnShape>& shapes) {
     std::vector<std::u16string> names;
+    names.reserve(shapes.size());
     for (const ColumnShape& shape : shapes) names.push_back(shape.Name);
     return names;
 }

@@ -118,11 +118,11 @@ void IndexWriter::Add(const ByteString& key, std::int32_t record) {
     CheckOrder(key);
     ByteString entry = Entry(key, record);
     if (NumbersEqualKeys(mShape)) iPack('C', entry, mEqualKeys, mShape.KeyLength + 1);
-    AppendEntry(std::move(entry));
+    AppendEntry(entry);
     ++mEntries;
 }
 
-void IndexWriter::AppendEntry(ByteString entry) {
+void IndexWriter::AppendEntry(const ByteString& entry) {
     if (mLeafCount == mLeafLimit) {
         WriteLeaf(false);
         StartLeaf();
@@ -167,11 +167,11 @@ void IndexWriter::WriteTerminator() {
     const ByteString terminator(static_cast<std::size_t>(mShape.EntryLength()), '\xFF');
     if (mLeafCount == mShape.EntriesPerBlock()) {
         const std::size_t kept = mLeaf.size() - terminator.size();
-        ByteString moved = mLeaf.substr(kept);
+        const ByteString moved = mLeaf.substr(kept);
         mLeaf.resize(kept);
         --mLeafCount;
         mLeafLimit = mLeafCount;
-        AppendEntry(std::move(moved));
+        AppendEntry(moved);
     }
     mLeaf += terminator;
     ++mLeafCount;

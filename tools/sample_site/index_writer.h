@@ -60,7 +60,7 @@ class IndexWriter {
 
     void CheckOrder(const platform::ByteString& key);
     platform::ByteString Entry(const platform::ByteString& key, std::int32_t pointer) const;
-    void AppendEntry(platform::ByteString entry);
+    void AppendEntry(const platform::ByteString& entry);
     void StartLeaf();
     void WriteLeaf(bool isLast);
     void WriteBlock(std::int32_t block, std::int32_t count, std::int32_t link, std::int32_t before,

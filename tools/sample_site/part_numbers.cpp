@@ -19,7 +19,7 @@ std::string Core(std::int64_t ordinal, std::int64_t parts) {
     constexpr std::int64_t Letters = 3;
     constexpr std::int64_t DigitNumbers = 1'000'000;
     constexpr std::int64_t DigitCount = 6;
-    constexpr std::int64_t AllCores = 20 * 20 * 20 * DigitNumbers;
+    constexpr std::int64_t AllCores = DigitNumbers * 20 * 20 * 20;
     const std::int64_t place = AllCores / (parts + 1) * ordinal;
     std::string core(Letters + DigitCount, '0');
     std::int64_t letters = place / DigitNumbers;

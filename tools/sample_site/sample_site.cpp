@@ -56,6 +56,7 @@ void WriteSampleSite(const std::filesystem::path& folder, const SampleOptions& o
     share.Finish();
 
     std::vector<TableSpec> tables;
+    tables.reserve(reports.size());
     for (const TableReport& report : reports) tables.push_back(report.Spec);
     WriteCatalogue(root / CatalogueFolder / CatalogueName, tables);
     WriteNewFile(root / "manifest.json", ManifestText(options, reports));
