@@ -5,7 +5,8 @@
 
 namespace ui {
 
-/// A ledger sheet whose rows go into a database, drawn for every size from 16 to 256 pixels.
+/// A ledger sheet whose rows go into a database, in sizes from 16 to 256 pixels; packaging/icons has the
+/// drawing.
 QIcon WindowIcon();
 
 }  // namespace ui

@@ -5,7 +5,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
@@ -37,10 +39,14 @@ class Photographer {
     /// One session of the operator: started, ready with some tables ticked, in the middle of an update, done.
     void Session(const QString& suffix);
 
+    /// What the tool shows where it cannot work.
+    void Messages();
+
   private:
     void Start();
     void Ready();
     void Updating();
+    void SaveDialog();
     void RangeDialog();
     void HexDisplay();
     void Save(const QString& name, const QPixmap& picture) const;
@@ -82,13 +88,26 @@ void Photographer::Start() {
 }
 
 void Photographer::Ready() {
-    mHands->SelectDatabase(mSite.Database(u"MyData%1.mdb"_s.arg(mSuffix)));
+    SaveDialog();
     mHands->Find<QLineEdit>(u"txtDataBase"_s).setText(u"C:\\My Documents\\MyData.mdb"_s);
     for (const QString& table :
          {u"CUSTOMERS"_s, u"INVOICES"_s, u"INVOICE_HISTORY"_s, u"INVOICE_HISTORY_DETAIL"_s, u"PARTS"_s}) {
         mHands->Click(table);
     }
     QApplication::processEvents();
+}
+
+/// The folder shown is an operator's, the file is made in the site's.
+void Photographer::SaveDialog() {
+    mRobot.Expect([this](QWidget& dialog) {
+        qobject_cast<QFileDialog*>(&dialog)->setSidebarUrls({});
+        auto* const folder = dialog.findChild<QComboBox*>(u"lookInCombo"_s);
+        folder->setItemText(folder->currentIndex(), u"/home/clerk/Documents"_s);
+        QApplication::processEvents();
+        Save(u"choose"_s, dialog.grab());
+        ModalRobot::ChooseFile(mSite.Database(u"MyData%1.mdb"_s.arg(mSuffix)))(dialog);
+    });
+    mHands->Press(WindowDriver::SelectDb);
 }
 
 void Photographer::RangeDialog() {
@@ -134,6 +153,14 @@ void Photographer::Updating() {
     mHands->Press(WindowDriver::Update);
 }
 
+void Photographer::Messages() {
+    mSuffix.clear();
+    mRobot.OnMessage = [this](QWidget& message) { Save(u"no-site"_s, message.grab()); };
+    qputenv("TMPDIR", "/tmp");
+    if (ui::fInterface().Form_Load()) throw std::runtime_error("there is a site in /tmp");
+    mRobot.OnMessage = [](QWidget&) {};
+}
+
 QPixmap Photographer::Above(QPixmap ground, QWidget& dialog, int below) {
     const QPixmap picture = dialog.grab();
     const QSizeF size = picture.deviceIndependentSize();
@@ -172,6 +199,8 @@ int main(int argc, char** argv) {
         photographer.Session(QString());
         QApplication::setPalette(QPalette(QColor(45, 45, 48)));
         photographer.Session(u"-dark"_s);
+        QApplication::setPalette(QPalette());
+        photographer.Messages();
         return 0;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "window_screenshots: %s\n", failure.what());
