@@ -24,6 +24,7 @@ struct FieldWidth {
     bool SignExtends = false;
 };
 
+/// The width of an opcode's number; 0 bytes for an unknown opcode.
 constexpr FieldWidth WidthOf(char opcode) {
     switch (opcode) {
         case 'B':

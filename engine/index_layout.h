@@ -108,6 +108,7 @@ constexpr std::int32_t EntriesOffset(bool extended) {
 /// The shape that the header copy in a work buffer tells. Raises 31 when buff is too short.
 EntryShape ShapeOf(std::string_view buff, bool extended);
 
+/// One entry of a block.
 struct IndexEntry {
     std::string_view Key;  // in the work buffer
     std::int32_t Pointer;  // 0 in place of -1
@@ -142,6 +143,7 @@ class CircleGuard {
   public:
     CircleGuard(const char* source, const cLogicalFile& file) : mSource(source), mFile(file) {}
 
+    /// Notes that block is about to be read. Raises 81 when it has been on this way before.
     void Visit(std::int32_t block);
 
   private:

@@ -20,6 +20,7 @@ struct cLink {
     ByteString ResolutionFile;  // where the directory file lies below the link share
 };
 
+/// The links of a site, by qualified name without regard to letter case.
 class cLinks : public cCollection<cLink> {
   public:
     /// Loads LINKSFILE of the site; creates it empty when it is missing. The first of several entries of one

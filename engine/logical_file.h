@@ -35,6 +35,7 @@ class cLogicalFile {
     std::int32_t HighUsedRecord(bool Orb = false) const;
 };
 
+/// The logical files opened so far, by the name given to LogicalOpen without regard to letter case.
 class cLogicalFiles : public cCollection<cLogicalFile> {
   public:
     /// Adds a member with these values, under sKey when it is not empty, and returns it. Raises 457 for a key

@@ -40,6 +40,7 @@ class cOpenFile {
     std::unique_ptr<platform::File> mFile;
 };
 
+/// The files that are open, by full path.
 class cOpenFiles : public cCollection<cOpenFile> {
   public:
     cOpenFiles() = default;

@@ -19,6 +19,7 @@ struct cEpcInfo {
     std::int32_t CustomerNumber = 0;
 };
 
+/// The site in hand.
 class cSystem {
   public:
     ByteString mUNCDrive;   // server name

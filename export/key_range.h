@@ -12,6 +12,7 @@
 
 namespace exporting {
 
+/// The boxes of the range dialog.
 enum class RangeBox { Start, End };
 
 /// What the range dialog shows; texts in UTF-8.

@@ -26,6 +26,7 @@ std::optional<std::vector<std::string>> ReadLines(std::string_view path);
 
 class File {
   public:
+    /// How a file is opened.
     enum class Mode {
         ReadOnly,
         ReadWrite,          // must exist; falls back to reading only where the share grants no more

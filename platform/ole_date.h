@@ -16,6 +16,7 @@ struct CalendarDay {
     bool operator==(const CalendarDay&) const = default;
 };
 
+/// Days since 30 December 1899, which is day 0; the fraction is the time of day.
 struct OleDate {
     double Serial = 0;
     bool operator==(const OleDate&) const = default;

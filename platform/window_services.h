@@ -17,6 +17,7 @@ struct Message {
     bool SystemModal = false;          // above every other window of the system
 };
 
+/// What the routines below the window may ask of it.
 class WindowServices {
   public:
     virtual ~WindowServices() = default;

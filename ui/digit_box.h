@@ -14,6 +14,7 @@ class AddedDigits : public QValidator {
   public:
     using QValidator::QValidator;
 
+    /// The text that digits are added to: what it has already may stay, digits or not.
     void SetBefore(const QString& text) { mBefore = text; }
     State validate(QString& text, int& cursor) const override;
 

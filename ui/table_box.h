@@ -13,6 +13,7 @@ class TableBox : public QCheckBox {
   public:
     using QCheckBox::QCheckBox;
 
+    /// Shows the caption in the colour, or in the desktop's own as designed.
     void SetColour(catalogue::TableColour colour);
 
   protected:

@@ -20,6 +20,7 @@ QString VersionText();
 /// follows three letters.
 std::array<QString, 4> SitePanelTexts(const engine::cSystem& system);
 
+/// A text of the routines below the window.
 inline QString FromUtf8(const std::string& text) {
     return QString::fromStdString(text);
 }

@@ -20,6 +20,7 @@ class FieldNames {
         for (std::size_t i = 0; i < mNames.size(); ++i) SlotOf(mNames[i]) = static_cast<std::uint16_t>(i);
     }
 
+    /// The 0-based position of a name; nothing when there is none.
     std::optional<std::size_t> Find(std::u16string_view name) {
         const std::uint16_t found = SlotOf(name);
         return found == Empty ? std::nullopt : std::optional<std::size_t>(found);

@@ -52,6 +52,7 @@ class Recordset {
     /// Looks for the first row whose index key equals keys (one a column of the index). comparison is "=".
     /// Raises 3019 without an index, 3251 on a query's result, 3001 for another comparison.
     virtual void Seek(std::string_view comparison, std::span<const Value> keys) = 0;
+    /// The same for an index of one column.
     void Seek(std::string_view comparison, const Value& key) {
         Seek(comparison, std::span<const Value>(&key, 1));
     }

@@ -21,6 +21,7 @@ struct Relation {
     std::vector<Field> Fields;
 };
 
+/// Appended relations of a database.
 class Relations {
   public:
     virtual ~Relations() = default;

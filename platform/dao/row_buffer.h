@@ -22,11 +22,13 @@ class RowBuffer {
     /// All Null, nothing assigned.
     void Clear() { std::ranges::fill(mStates, State::Empty); }
 
+    /// Puts a value into a column (0-based), which counts as assigned from now on.
     void Assign(std::size_t column, Value value) {
         mValues[column] = std::move(value);
         mStates[column] = State::Assigned;
     }
 
+    /// The same for a text, in memory that the column has already.
     void AssignText(std::size_t column, std::u16string_view text) {
         if (!std::holds_alternative<std::u16string>(mValues[column]))
             mValues[column] = std::move(mSpareTexts[column]);
@@ -40,8 +42,10 @@ class RowBuffer {
         std::ranges::fill(mStates, State::Loaded);
     }
 
+    /// The value of a column (0-based), Null when it has none.
     Value At(std::size_t column) const { return mStates[column] == State::Empty ? Value() : mValues[column]; }
 
+    /// Whether a column (0-based) was assigned since Clear or Load.
     bool IsAssigned(std::size_t column) const { return mStates[column] == State::Assigned; }
 
     std::span<const Value> Values() {

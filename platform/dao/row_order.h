@@ -19,6 +19,7 @@ class RowOrder {
     virtual std::optional<jet::RowPointer> Next() = 0;
 };
 
+/// All rows as they stand in the file.
 class PhysicalOrder final : public RowOrder {
   public:
     explicit PhysicalOrder(const jet::Table& table) : mTable(table) {}
@@ -33,6 +34,7 @@ class PhysicalOrder final : public RowOrder {
     std::optional<jet::RowPointer> mRow;
 };
 
+/// All rows that an index holds, in its order.
 class IndexOrder final : public RowOrder {
   public:
     IndexOrder(jet::Table& table, std::size_t realIndex) : mTable(table), mRealIndex(realIndex) {}
@@ -69,6 +71,7 @@ class IndexOrder final : public RowOrder {
     std::optional<jet::IndexTree::Cursor> mCursor;
 };
 
+/// The rows that a query found, in physical order.
 class ResultOrder final : public RowOrder {
   public:
     explicit ResultOrder(std::vector<jet::RowPointer> rows) : mRows(std::move(rows)) {}

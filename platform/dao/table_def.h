@@ -27,6 +27,7 @@ enum class FieldType {
 /// Value of Field::Attributes that makes an index column descend.
 inline constexpr int DescendingField = 1;
 
+/// A column of a table, an index or a relation.
 struct Field {
     std::u16string Name;
     FieldType Type = FieldType::Text;
@@ -35,6 +36,7 @@ struct Field {
     std::u16string ForeignName;  // of a relation's field
 };
 
+/// An index before and after it is appended.
 class Index {
   public:
     std::u16string Name;
@@ -66,9 +68,11 @@ class Indexes {
     virtual void Append(const Index& index) = 0;
 
     virtual int Count() const = 0;
+    /// The index at a 0-based position, in the order of creation.
     virtual const Index& Item(int position) const = 0;
 };
 
+/// The definition of a table.
 class TableDef {
   public:
     virtual ~TableDef() = default;
@@ -87,11 +91,13 @@ class TableDef {
 
     virtual const std::vector<Field>& Fields() const = 0;
 
+    /// An index that is not part of the table until it is appended to Indexes.
     virtual Index CreateIndex(std::u16string_view name) const = 0;
 
     virtual dao::Indexes& Indexes() = 0;
 };
 
+/// Appended table definitions of a database.
 class TableDefs {
   public:
     virtual ~TableDefs() = default;

@@ -50,6 +50,7 @@ class TableDefinition final : public TableDef, private Indexes {
     mutable std::vector<Index> mIndexes;
 };
 
+/// The table definitions of an open file.
 class TableDefinitions final : public TableDefs {
   public:
     explicit TableDefinitions(std::shared_ptr<Connection> connection) : mConnection(std::move(connection)) {}

@@ -14,6 +14,7 @@ using Null = std::monostate;
 using jet::Currency;
 using jet::Value;
 
+/// Whether a value is Null, which is not an empty text.
 inline bool IsNull(const Value& value) {
     return std::holds_alternative<Null>(value);
 }

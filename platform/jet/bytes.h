@@ -24,6 +24,7 @@ T Load(const std::uint8_t* bytes) {
     return value;
 }
 
+/// Writes an unsigned number, little-endian.
 template <typename T>
 void Store(std::uint8_t* bytes, T value) {
     static_assert(std::is_unsigned_v<T>);
@@ -34,6 +35,7 @@ void Store(std::uint8_t* bytes, T value) {
     }
 }
 
+/// Reading and writing numbers of 16, 32 and 64 bits.
 inline std::uint16_t LoadU16(const std::uint8_t* bytes) {
     return Load<std::uint16_t>(bytes);
 }

@@ -20,10 +20,12 @@ inline std::uint64_t WordAt(const std::uint8_t* mask, std::size_t index) {
     return LoadU64(mask + index * WordBytes);
 }
 
+/// Whether a bit, counted from 0, is set.
 inline bool Test(const std::uint8_t* mask, std::size_t bit) {
     return (unsigned{mask[bit / 8]} >> (bit % 8) & 1U) != 0;
 }
 
+/// Sets a bit, counted from 0.
 inline void Set(std::uint8_t* mask, std::size_t bit) {
     mask[bit / 8] = static_cast<std::uint8_t>(mask[bit / 8] | 1U << (bit % 8));
 }

@@ -9,6 +9,7 @@
 
 namespace jet {
 
+/// The version byte of page 0.
 enum class Version : std::uint8_t { Jet3 = 0, Jet4 = 1 };
 
 /// Where a row stands: its page and its slot on that page. In the file it is four bytes, page << 8 | row; in
@@ -17,6 +18,7 @@ struct RowPointer {
     std::uint32_t Page = 0;
     std::uint8_t Row = 0;
 
+    /// The pointer that four bytes of the file stand for.
     static constexpr RowPointer FromDword(std::uint32_t dword) {
         return {dword >> 8, static_cast<std::uint8_t>(dword & 0xFF)};
     }
@@ -225,6 +227,7 @@ inline constexpr Layout Jet4Layout{.FileVersion = Version::Jet4,
                                    .IndexMaskAt = 27,
                                    .IndexEntriesAt = 480};
 
+/// The offsets and sizes of a version.
 constexpr const Layout& LayoutOf(Version version) {
     return version == Version::Jet3 ? Jet3Layout : Jet4Layout;
 }

@@ -26,6 +26,7 @@ struct EntrySizes {
     std::size_t Bytes = 0;
     std::size_t Longest = 0;
 
+    /// Counts an entry of length bytes, or others.
     void Add(std::size_t length) { Add({length, length}); }
     void Add(const EntrySizes& others) {
         Bytes += others.Bytes;
@@ -60,6 +61,7 @@ class IndexPage {
     std::uint32_t Previous() const;
     std::uint32_t Next() const;
     std::uint32_t Tail() const;
+    /// Page numbers; 0 means none.
     void SetPrevious(std::uint32_t page);
     void SetNext(std::uint32_t page);
     void SetTail(std::uint32_t page);
@@ -104,6 +106,7 @@ class IndexPage {
     /// room even with the longest common prefix.
     bool Insert(std::size_t offset, std::string_view entry);
 
+    /// Removes the entry that starts at an offset.
     void Erase(std::size_t offset);
 
     std::vector<std::string> Entries() const;
@@ -155,6 +158,7 @@ std::string_view KeyOf(std::string_view entry);
 void AppendPointer(std::string& entry, std::uint32_t pointer);
 void StorePointer(char* place, std::uint32_t pointer);
 
+/// The texts as views, which live as long as they do.
 std::vector<std::string_view> Views(std::span<const std::string> entries);
 
 /// How many bytes two texts have in common at their start.

@@ -68,6 +68,7 @@ class PageHandle {
     Frame* mFrame = nullptr;
 };
 
+/// Whether other programs may have the file open too.
 enum class Sharing { Exclusive, Shared };
 
 struct PageFileLimits {
@@ -75,6 +76,7 @@ struct PageFileLimits {
     std::uint32_t MaxPages = MaxPageCount;
 };
 
+/// An open file as pages, numbered from 0.
 class PageFile {
   public:
     /// A new Jet 4 file that holds header and global map only, locked for this process. Raises 3204 (exists),

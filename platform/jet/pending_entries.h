@@ -21,6 +21,7 @@ class PendingEntries {
     /// A key and, behind it, its row as AppendPointer puts it.
     using Entry = std::string_view;
 
+    /// Keeps an entry; the key's bytes are copied.
     void Add(std::string_view key, RowPointer row);
 
     /// Whether a waiting entry has exactly this key.

@@ -81,6 +81,7 @@ class RowEncoder {
 
     std::span<std::uint8_t> Row() { return {mRow.data(), mLength}; }
     const std::vector<LongPart>& LongParts() const { return mLongParts; }
+    /// The bytes of a long value that wait to be stored.
     std::span<const std::uint8_t> LongBytes(const LongPart& part) const {
         return std::span(mLongBytes).subspan(part.Start, part.Length);
     }

@@ -18,11 +18,13 @@ struct ColumnSpec {
     std::uint16_t Size = 0;  // characters of Text, bytes of Binary; 0 = 255; not used by other types
 };
 
+/// A column of an index that is to be made.
 struct IndexColumnSpec {
     std::u16string Name;
     bool Ascending = true;
 };
 
+/// An index that is to be made.
 struct IndexSpec {
     std::u16string Name;
     std::vector<IndexColumnSpec> Columns;

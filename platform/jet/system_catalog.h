@@ -33,7 +33,9 @@ struct PermissionRow {
     bool Inheritable = false;
 };
 
+/// The bytes of an identity as a value.
 Binary BinaryOf(const SecurityId& id);
+/// Adds a row to the table, which must be the one of that name in the file.
 void AddObjectRow(Table& objects, const ObjectRow& row);
 void AddPermissionRow(Table& aces, const PermissionRow& row);
 

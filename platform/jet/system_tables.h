@@ -16,6 +16,7 @@ inline constexpr std::uint32_t DatabasesContainerId = 0x0F000002;
 inline constexpr std::uint32_t RelationshipsContainerId = 0x0F000003;
 inline constexpr std::uint32_t DatabaseObjectId = 0x10000000;  // MSysDb: its owner is the database's owner
 
+/// Values of MSysObjects.Type.
 enum class ObjectType : std::int32_t { Table = 1, Database = 2, Container = 3 };
 
 /// MSysObjects.Flags of objects that users do not see: any of these bits.

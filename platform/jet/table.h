@@ -55,6 +55,7 @@ class Table {
     /// column, and for one that was added to the table after the row was written; else what Insert and Read
     /// raise. Nothing is changed then.
     void UpdateFixed(RowPointer row, std::span<const Change> changes);
+    /// The same for one column.
     void UpdateFixed(RowPointer row, std::size_t column, const Value& value) {
         const Change change{column, value};
         UpdateFixed(row, std::span(&change, 1));

@@ -54,11 +54,13 @@ struct Column {
     }
 };
 
+/// One of up to ten columns of an index.
 struct IndexKeyColumn {
     std::uint16_t ColumnNumber = 0;
     bool Ascending = true;
 };
 
+/// A tree of pages over some columns.
 struct RealIndex {
     std::vector<IndexKeyColumn> Columns;
     RowPointer Map;
@@ -77,8 +79,10 @@ struct RealIndex {
     bool IsRequired() const { return (Flags & RequiredFlag) != 0; }
 };
 
+/// What a logical index is for.
 enum class LogicalIndexType : std::uint8_t { Plain = 0, Primary = 1, Relation = 2 };
 
+/// A name for a real index.
 struct LogicalIndex {
     static constexpr std::uint32_t NoIndex = 0xFFFFFFFF;
     static constexpr std::uint8_t NoCascade = 4;  // what stands there without a relation
@@ -94,14 +98,17 @@ struct LogicalIndex {
     LogicalIndexType Type = LogicalIndexType::Plain;
 };
 
+/// Where the pages of a long-value column are told.
 struct LongValueMaps {
     std::uint16_t ColumnNumber = 0;
     RowPointer Owned;
     RowPointer Free;
 };
 
+/// Who made a table: the letter in its definition.
 enum class TableType : std::uint8_t { User = 0x4E, System = 0x53 };
 
+/// A table definition as it stands in the file.
 struct TableDef {
     std::uint32_t Page = 0;
     std::uint32_t RowCount = 0;

@@ -16,6 +16,7 @@ namespace jet {
 /// The engine leaves longer memos uncompressed.
 inline constexpr std::size_t MaxCompressedMemo = 1024;
 
+/// The text of bytes as a row or memo holds them, compressed or not.
 std::u16string DecodeText(std::span<const std::uint8_t> bytes, Version version);
 
 /// Bytes that EncodeText will write in Jet 4: with compression one byte a character and two, else two bytes a
