@@ -68,7 +68,7 @@ class Indexes {
     virtual void Append(const Index& index) = 0;
 
     virtual int Count() const = 0;
-    /// The index at a 0-based position, in the order of creation.
+    /// The index at a 0-based position. Raises 3265.
     virtual const Index& Item(int position) const = 0;
 };
 
