@@ -2,6 +2,7 @@
 
 #include "catalogue/row_fields.h"
 #include "engine/business_basic.h"
+#include "engine/recorded_error.h"
 #include "platform/code_page.h"
 #include "platform/error.h"
 #include "platform/site.h"
@@ -83,6 +84,14 @@ void AddTable(TableList& list, std::int32_t& TableCount, const std::u16string& P
     ++TableCount;
 }
 
+std::shared_ptr<engine::cLogicalFile> OpenLogicalFile(const engine::ByteString& name) {
+    engine::ForgetRecordedError();
+    auto file = engine::gEngine->LogicalOpen(name);
+    const auto& error = engine::LastRecordedError();
+    if (error && platform::IsFileFailure(*error)) throw platform::Error(*error);
+    return file;
+}
+
 void EmptyTableFiles(InterfaceState& state) {
     state.TableFiles.fill(nullptr);
 }
@@ -103,7 +112,7 @@ void OpenFiles(InterfaceState& state, const TableList& list, platform::WindowSer
         if (dao::IsNull(name)) continue;
         const int slot = column - FirstFileColumn + FirstFileSlot;
         state.TableFiles[static_cast<std::size_t>(slot)] =
-            engine::gEngine->LogicalOpen(platform::BytesFromWide(dao::ToText(name)));
+            OpenLogicalFile(platform::BytesFromWide(dao::ToText(name)));
     }
 }
 

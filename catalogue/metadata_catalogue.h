@@ -19,6 +19,10 @@ void ResetRangeOverrides(InterfaceState& state);
 void AddTable(TableList& list, std::int32_t& TableCount, const std::u16string& PreviousTable,
               const std::u16string& level);
 
+/// The logical file of this name, empty when there is none. Raises the recorded error of a file that is there
+/// and cannot be opened or read: without it every record of the table would look complete and be wrong.
+std::shared_ptr<engine::cLogicalFile> OpenLogicalFile(const engine::ByteString& name);
+
 /// Empties all six slots of `TableFiles`. Comes before every OpenFiles, which leaves a slot alone where the
 /// table names no file: the slot would keep a file of the table before.
 void EmptyTableFiles(InterfaceState& state);

@@ -3,6 +3,7 @@
 #include "engine/built_ins.h"
 #include "engine/field_codec.h"
 #include "engine/fixed_entries.h"
+#include "engine/recorded_error.h"
 #include "platform/error.h"
 #include "platform/file.h"
 
@@ -41,7 +42,9 @@ std::optional<DirectoryEntry> FindDirectoryEntry(const ByteString& path, std::st
             return !found;
         });
         return found;
-    } catch (const platform::Error&) {
+    } catch (const platform::Error& error) {
+        if (error.Number != platform::FileNotFound && error.Number != platform::PathNotFound)
+            RecordError(error);
         return std::nullopt;
     }
 }

@@ -30,8 +30,8 @@ struct DirectoryEntry {
 };
 
 /// The first entry of bareName (letter case matters) in the directory file at path, which is created empty
-/// when it is missing. Nothing when there is none; a file that cannot be opened or read holds no entry, and a
-/// cut entry at its end is none.
+/// when it is missing. Nothing when there is none; a file that cannot be opened or read holds no entry, but
+/// the error is recorded, and a cut entry at its end is none.
 std::optional<DirectoryEntry> FindDirectoryEntry(const ByteString& path, std::string_view bareName);
 
 }  // namespace engine

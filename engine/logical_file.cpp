@@ -7,6 +7,7 @@
 #include "engine/field_codec.h"
 #include "engine/index_layout.h"
 #include "engine/links.h"
+#include "engine/recorded_error.h"
 #include "engine/records.h"
 #include "engine/system.h"
 #include "platform/checked.h"
@@ -44,7 +45,8 @@ ByteString ContainerPath(ByteString directoryPath) {
 bool HasExtendedMark(const std::shared_ptr<cOpenFile>& container, std::int32_t firstBlock) {
     try {
         return IsExtendedHeader(iBlockReadFile(container, firstBlock));
-    } catch (const Error&) {
+    } catch (const Error& error) {
+        RecordError(error);
         return false;
     }
 }
@@ -87,7 +89,8 @@ std::shared_ptr<cLogicalFile> iLogicalOpen(const ByteString& FileName) {
     const auto container = iOpenFile(containerPath);
     if (!entry) return nullptr;
 
-    const bool isamPlus = entry->FileType == KeyedFileType && HasExtendedMark(container, entry->Position);
+    const bool isamPlus =
+        container && entry->FileType == KeyedFileType && HasExtendedMark(container, entry->Position);
     return gLogicalFiles->Add(FileName, entry->FileType, container, entry->Position, entry->Flags,
                               entry->RecordLength, entry->LastRecord, isamPlus, FileName);
 }

@@ -73,8 +73,8 @@ std::shared_ptr<cOpenFile> iOpenFile(ByteString& FileName) {
     if (FileName.find('\\') == ByteString::npos) FileName = CurrentSystem().LinkShare() + FileName;
     cOpenFiles& openFiles = OpenFiles();
     if (auto open = openFiles.Find(FileName)) return open;
-    if (!platform::FileExists(FileName)) return nullptr;
     try {
+        if (!platform::FileExists(FileName)) return nullptr;
         auto file = platform::File::Open(FileName, platform::File::Mode::ReadWrite);
         return openFiles.Add(openFiles.FreeFileNumber(), FileName, 0, FileName, std::move(file));
     } catch (const Error& error) {

@@ -14,6 +14,10 @@ void RecordError(platform::Error error) {
     lastError.emplace(std::move(error));
 }
 
+void ForgetRecordedError() {
+    lastError.reset();
+}
+
 const std::optional<platform::Error>& LastRecordedError() {
     return lastError;
 }

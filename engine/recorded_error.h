@@ -11,7 +11,10 @@ namespace engine {
 /// Replaces the recorded error.
 void RecordError(platform::Error error);
 
-/// The error recorded last, if any was since the program started.
+/// From now on there is no recorded error.
+void ForgetRecordedError();
+
+/// The error recorded last, if any was since the program started or the last one was forgotten.
 const std::optional<platform::Error>& LastRecordedError();
 
 }  // namespace engine

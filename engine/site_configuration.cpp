@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "engine/business_basic.h"
+#include "engine/recorded_error.h"
 #include "engine/system.h"
 #include "platform/error.h"
 #include "platform/file.h"
@@ -64,8 +65,11 @@ void LoadSiteConfiguration(bool Silent, platform::WindowServices& Window) {
     gSystem->mDirectory = gEpcInfo->Directory;
     try {
         gEngine = std::make_unique<cBusinessBasic>(Window);
+    } catch (const platform::Error& error) {
+        // That there is no engine is 91; anything else is why.
+        if (error.Number != platform::ObjectNotSet) RecordError(error);
     } catch (const std::exception&) {
-        gEngine.reset();
+        // No engine, and no number that says why.
     }
 }
 

@@ -1,6 +1,7 @@
 #include "platform/error.h"
 
 #include <array>
+#include <new>
 #include <utility>
 
 namespace platform {
@@ -15,6 +16,7 @@ struct NumberedText {
 constexpr std::array RunTimeTexts{
     NumberedText{InvalidArgument, "Invalid procedure call or argument"},
     NumberedText{Overflow, "Overflow"},
+    NumberedText{OutOfMemory, "Out of memory"},
     NumberedText{SubscriptOutOfRange, "Subscript out of range"},
     NumberedText{DivisionByZero, "Division by zero"},
     NumberedText{TypeMismatch, "Type mismatch"},
@@ -57,6 +59,31 @@ void Error::ComposeReport() {
     if (!Source.empty()) mReport += " in " + Source;
     mReport += ": " + Description;
     if (!Path.empty()) mReport += " (" + Path + ")";
+}
+
+std::string RunTimeErrorReport(const Error& error) {
+    return "Run-time error '" + std::to_string(error.Number) + "':\n\n" + error.Description;
+}
+
+std::string RunTimeErrorReportWithPath(const Error& error) {
+    return RunTimeErrorReport(error) + (error.Path.empty() ? "" : " (" + error.Path + ")");
+}
+
+bool IsFileFailure(const Error& error) {
+    return error.Number == DeviceIoError || error.Number == DiskFull || error.Number == PermissionDenied ||
+           error.Number == PathFileAccess;
+}
+
+Error ErrorInHand() {
+    try {
+        throw;
+    } catch (const Error& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return Error(OutOfMemory);
+    } catch (const std::exception& failure) {
+        return {InternalError, "", std::string("Internal error: ") + failure.what()};
+    }
 }
 
 }  // namespace platform

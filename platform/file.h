@@ -14,10 +14,11 @@
 
 namespace platform {
 
-/// Whether an ordinary file (no folder) stands at path.
+/// Whether an ordinary file (no folder) stands at path. Raises 57 when the share does not say.
 bool FileExists(std::string_view path);
 
-/// Deletes a file. Raises 53 when there is none, 70 when the system refuses, 75 otherwise.
+/// Deletes a file that nobody else holds a lock on. Raises 53 when there is none, 70 when somebody does or
+/// the system refuses, 75 otherwise.
 void RemoveFile(std::string_view path);
 
 /// The lines of a text file without their ends (CR LF or LF); nothing when the file cannot be opened. Raises
@@ -65,16 +66,21 @@ class File {
     void Sync();
 
     /// Takes the advisory lock of the whole file without waiting; false when another process holds a lock in
-    /// the way.
+    /// the way; an exclusive one also when the file's name is gone or another file's by now.
     enum class Lock { Shared, Exclusive };
     bool TryLock(Lock kind);
 
   private:
     File(std::string path, std::intptr_t handle, bool writable);
 
+    template <typename Call>
+    auto Bounded(Call call, int patience = 1) const;
+
     std::string mPath;
     std::intptr_t mHandle;
     bool mWritable;
+    bool mIsRemote = false;           // on a share of the network
+    mutable bool mIsGivenUp = false;  // the share has left a call unanswered
 };
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 #include <SimpleIni.h>
 #include <cstdlib>
 
+#include "platform/posix_calls.h"
 #include "platform/site.h"
 
 namespace platform {
@@ -14,10 +15,11 @@ std::string_view Unquoted(std::string_view value) {
 }
 
 /// The first value of a key, as the profile calls answer; empty when file, section or key is missing.
-std::string FirstValue(const std::string& systemPath, std::string_view section, std::string_view key) {
+std::string FirstValue(std::string_view path, std::string_view section, std::string_view key) {
+    const auto text = FileText(path);
     CSimpleIniA ini;
     ini.SetMultiKey(true);  // otherwise the last of several equal keys would win
-    if (ini.LoadFile(systemPath.c_str()) < 0) return {};
+    if (!text || ini.LoadData(*text) < 0) return {};
     const char* const value = ini.GetValue(std::string(section).c_str(), std::string(key).c_str());
     return value == nullptr ? std::string() : std::string(Unquoted(value));
 }
@@ -33,9 +35,7 @@ std::string SettingsPath() {
 
 std::string ProfileText(std::string_view path, std::string_view section, std::string_view key,
                         std::size_t capacity) {
-    const auto resolved = ResolvePath(path);
-    if (!resolved || capacity == 0) return {};
-    return FirstValue(*resolved, section, key).substr(0, capacity - 1);
+    return capacity == 0 ? std::string() : FirstValue(path, section, key).substr(0, capacity - 1);
 }
 
 std::string Setting(std::string_view section, std::string_view key, std::string_view fallback) {

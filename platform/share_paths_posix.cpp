@@ -10,7 +10,9 @@
 #include <iterator>
 #include <vector>
 
+#include "platform/bounded_call.h"
 #include "platform/code_page.h"
+#include "platform/posix_calls.h"
 #include "platform/share_mounts.h"
 #include "platform/site.h"
 
@@ -40,6 +42,11 @@ std::vector<std::string> Components(std::string_view path) {
     return names;
 }
 
+/// A name that a failing share does not tell of must not count as missing.
+void RequireAnswer(const std::error_code& failure, const fs::path& path) {
+    if (failure && IsDeviceFailure(failure.value())) throw Error(DeviceIoError).WithPath(path.string());
+}
+
 std::vector<std::string> EntriesOf(const fs::path& folder) {
     std::vector<std::string> names;
     std::error_code failure;
@@ -47,14 +54,21 @@ std::vector<std::string> EntriesOf(const fs::path& folder) {
          entry.increment(failure)) {
         names.push_back(entry->path().filename().string());
     }
+    RequireAnswer(failure, folder);
     return names;
+}
+
+bool Exists(const fs::path& path) {
+    std::error_code failure;
+    const bool exists = fs::exists(path, failure);
+    RequireAnswer(failure, path);
+    return exists;
 }
 
 /// The entry of folder that name means: the exact one, else the first in byte order that differs in letter
 /// case only, else name itself, which does not exist then.
 fs::path Descend(const fs::path& folder, const std::string& name) {
-    std::error_code failure;
-    if (fs::exists(folder / name, failure)) return folder / name;
+    if (Exists(folder / name)) return folder / name;
     const std::u16string wanted = WideFromUtf8(name);
     std::string best;
     for (const std::string& entry : EntriesOf(folder)) {
@@ -66,11 +80,6 @@ fs::path Descend(const fs::path& folder, const std::string& name) {
 fs::path DescendAll(fs::path folder, std::span<const std::string> names) {
     for (const std::string& name : names) folder = Descend(folder, name);
     return folder;
-}
-
-bool Exists(const fs::path& path) {
-    std::error_code failure;
-    return fs::exists(path, failure);
 }
 
 std::string MountInfo() {
@@ -116,9 +125,7 @@ bool LeavesItsRoot(std::span<const std::string> names) {
     });
 }
 
-}  // namespace
-
-std::optional<std::string> ResolvePath(std::string_view path) {
+std::optional<std::string> ResolvedPath(std::string_view path) {
     // The system would take such a name to end at its NUL, and open another file.
     if (path.find('\0') != std::string_view::npos) return std::nullopt;
     const bool isShare = path.starts_with("\\\\");
@@ -137,19 +144,37 @@ std::optional<std::string> ResolvePath(std::string_view path) {
     return resolved->string();
 }
 
-bool ShareAnswers(std::string_view root) {
-    const auto folder = ResolvePath(root);
+bool IsListed(const std::string& root) {
+    const auto folder = ResolvedPath(root);
     if (!folder) return false;
     std::error_code failure;
     const fs::directory_iterator listing(*folder, failure);
     return !failure;
 }
 
-std::string ListedName(std::string_view path) {
-    const auto resolved = ResolvePath(path);
+std::string NameInFolder(std::string_view path) {
+    const auto resolved = ResolvedPath(path);
     if (!resolved || !Exists(*resolved)) return {};
     if (path.ends_with(PathSeparator) || path.ends_with('\\')) return ".";
     return fs::path(*resolved).filename().string();
+}
+
+}  // namespace
+
+std::optional<std::string> ResolvePath(std::string_view path) {
+    return BoundedCall(path, [path = std::string(path)] { return ResolvedPath(path); });
+}
+
+bool ShareAnswers(std::string_view root) {
+    try {
+        return BoundedCall(root, [root = std::string(root)] { return IsListed(root); });
+    } catch (const Error&) {
+        return false;
+    }
+}
+
+std::string ListedName(std::string_view path) {
+    return BoundedCall(path, [path = std::string(path)] { return NameInFolder(path); });
 }
 
 }  // namespace platform

@@ -53,8 +53,8 @@ bool IsLockedElsewhere(const std::string& path) {
     try {
         const auto file = platform::File::Open(path, platform::File::Mode::ReadWrite);
         return !file->TryLock(platform::File::Lock::Exclusive);
-    } catch (const platform::Error&) {
-        return false;  // what cannot be opened is judged by its deletion
+    } catch (const platform::Error& error) {
+        return error.Number == platform::PermissionDenied;
     }
 }
 
@@ -72,8 +72,8 @@ bool HasLiveLockFile(const std::string& path) {
 }  // namespace
 
 bool DeleteFormerDatabase(const std::string& path) {
-    if (platform::FileExists(path) && (IsLockedElsewhere(path) || HasLiveLockFile(path))) return false;
     try {
+        if (platform::FileExists(path) && HasLiveLockFile(path)) return false;
         platform::RemoveFile(path);
     } catch (const platform::Error& error) {
         return error.Number == platform::FileNotFound;

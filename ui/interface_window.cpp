@@ -116,7 +116,7 @@ void fInterface::ResetTableList() {
 
 void fInterface::OpenInvoiceFile() {
     constexpr std::int32_t OrdinaryInvoiceLength = 512;
-    const auto invoices = engine::gEngine->LogicalOpen("SINVOI");
+    const auto invoices = catalogue::OpenLogicalFile("SINVOI");
     if (!invoices) throw platform::Error(platform::ObjectNotSet);
     if (invoices->RecordLength > OrdinaryInvoiceLength) mState.InvoiceRecordsOver512 = true;
 }

@@ -22,19 +22,13 @@ void FlushTarget(const catalogue::InterfaceState& state) {
 
 }  // namespace
 
-std::string RunTimeErrorReport(const platform::Error& error) {
-    return "Run-time error '" + std::to_string(error.Number) + "':\n\n" + error.Description;
-}
-
 // The message box may stand for hours: everything else comes first.
 void ReportRunTimeError(const platform::Error& error, const catalogue::InterfaceState& state,
                         QWidget* parent) {
-    const std::string report = RunTimeErrorReport(error);
-    const std::string path = error.Path.empty() ? "" : " (" + error.Path + ")";
-    std::fprintf(stderr, "%s%s\n", report.c_str(), path.c_str());
+    std::fprintf(stderr, "%s\n", platform::RunTimeErrorReportWithPath(error).c_str());
     FlushTarget(state);
     platform::Message message;
-    message.Text = report;
+    message.Text = platform::RunTimeErrorReport(error);
     message.Critical = true;
     ShowMessageBox(message, parent);
 }

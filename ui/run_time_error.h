@@ -1,17 +1,12 @@
 // The report of an error that ends the tool.
 #pragma once
 
-#include <string>
-
 #include "catalogue/interface_state.h"
 #include "platform/error.h"
 
 class QWidget;
 
 namespace ui {
-
-/// "Run-time error 'N':", an empty line, and the description; UTF-8.
-std::string RunTimeErrorReport(const platform::Error& error);
 
 /// Writes the report, with the path the error concerns, to standard error, brings the rows written so far to
 /// the target database's file, and shows the report in a message box above parent, which may be nullptr.

@@ -1,7 +1,7 @@
 #include "ui/run_tool.h"
 
 #include <QApplication>
-#include <new>
+#include <exception>
 
 #include "catalogue/field_mapping.h"
 #include "ui/interface_window.h"
@@ -13,9 +13,6 @@ namespace {
 
 constexpr int Success = 0;
 constexpr int Failure = 1;
-
-constexpr int OutOfMemory = 7;
-constexpr int InternalError = 51;
 
 int ReportFailure(const platform::Error& error, fInterface& window) {
     window.Services().ShowHourglass(false);
@@ -41,12 +38,8 @@ int RunTool() {
         return RunWindow(window);
     } catch (const catalogue::StopRequested&) {
         return Success;
-    } catch (const platform::Error& error) {
-        return ReportFailure(error, window);
-    } catch (const std::bad_alloc&) {
-        return ReportFailure({OutOfMemory, "", "Out of memory"}, window);
-    } catch (const std::exception& failure) {
-        return ReportFailure({InternalError, "", std::string("Internal error: ") + failure.what()}, window);
+    } catch (const std::exception&) {
+        return ReportFailure(platform::ErrorInHand(), window);
     }
 }
 

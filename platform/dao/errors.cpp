@@ -12,13 +12,9 @@ bool IsFileError(const platform::Error& error) {
         case jet::ReadOnlyDatabase:
         case jet::DiskRead:
         case jet::DiskOrNetwork:
-        case platform::DiskFull:
-        case platform::DeviceIoError:
-        case platform::PermissionDenied:
-        case platform::PathFileAccess:
             return true;
         default:
-            return false;
+            return platform::IsFileFailure(error);
     }
 }
 

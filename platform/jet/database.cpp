@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/code_page.h"
+#include "platform/file.h"
 #include "platform/jet/system_catalog.h"
 
 namespace jet {
@@ -15,6 +16,15 @@ constexpr int LeastWorkToFlush = 20;  // a flush takes at most one part of so ma
 constexpr unsigned RowsBetweenLooks = 64;
 constexpr std::size_t MostWaitingBytes = std::size_t{32} << 20;
 
+/// The error that has led here matters more than one of the removal.
+void RemoveUnfinished(std::string_view path) {
+    try {
+        platform::RemoveFile(path);
+    } catch (const platform::Error&) {
+        // The file stays: short, and no database to any program.
+    }
+}
+
 }  // namespace
 
 Database::Database(std::unique_ptr<PageFile> file)
@@ -25,8 +35,14 @@ Database::Database(std::unique_ptr<PageFile> file)
 
 std::unique_ptr<Database> Database::Create(std::string_view path, PageFileLimits limits) {
     std::unique_ptr<PageFile> file = PageFile::Create(path, limits);
-    CreateSystemTables(*file);
-    file->Checkpoint();
+    try {
+        CreateSystemTables(*file);
+        file->Checkpoint();
+    } catch (const platform::Error&) {
+        file.reset();
+        RemoveUnfinished(path);
+        throw;
+    }
     return std::unique_ptr<Database>(new Database(std::move(file)));
 }
 

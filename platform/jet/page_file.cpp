@@ -192,13 +192,13 @@ PageHandle PageFile::MakeNew(std::uint32_t page, PageType type) {
     return handle;
 }
 
-void PageFile::Load(Frame& frame, std::uint32_t page) const {
+void PageFile::Load(Frame& frame, std::uint32_t page) {
     std::size_t length = 0;
     try {
         length = mFile->ReadAt(std::uint64_t{page} * PageSize(),
                                std::as_writable_bytes(std::span(frame.Bytes.get(), PageSize())));
     } catch (const platform::Error&) {
-        throw OpenError(DiskRead, Path());
+        Fail(OpenError(DiskRead, Path()));
     }
     if (length != PageSize()) throw Damaged();
 }
@@ -366,9 +366,13 @@ void PageFile::CutFreeEnd() {
 }
 
 void PageFile::FailWriting(const platform::Error& error) {
-    platform::Error translated = TranslateWrite(error, Path());
-    if (!IsShared()) mFailure = translated;
-    throw translated;
+    Fail(TranslateWrite(error, Path()));
+}
+
+/// A change that an error has cut short must not reach the disk.
+void PageFile::Fail(const platform::Error& error) {
+    if (!IsShared()) mFailure = error;
+    throw error;
 }
 
 /// The place of a changed page in the order of writing: what is led to comes before what leads to it.

@@ -140,8 +140,8 @@ class PageFile {
     void Settle();
 
     /// Writes every changed page; from now on no page is new. Raises 3026 (disk full), 3027 (opened for
-    /// reading only), 3043. An Exclusive file that could not be written once stays as it is: every further
-    /// call raises the same.
+    /// reading only), 3043. An Exclusive file that could not be read or written once stays as it is: every
+    /// further call raises the same.
     void Checkpoint();
 
     /// Checkpoint, gives the freed pages back, cuts off those at the file's end and hands everything to the
@@ -165,7 +165,7 @@ class PageFile {
     std::uint32_t AppendPage();
     Frame& TakeFrame();
     Frame* CleanFrame();
-    void Load(Frame& frame, std::uint32_t page) const;
+    void Load(Frame& frame, std::uint32_t page);
     void Assign(Frame& frame, std::uint32_t page);
     void Forget(Frame& frame) noexcept;
     void Unpin(Frame& frame) noexcept;
@@ -178,6 +178,7 @@ class PageFile {
     int WriteRank(const Frame& frame) const;
     void WriteRun(std::span<Frame* const> run);
     [[noreturn]] void FailWriting(const platform::Error& error);
+    [[noreturn]] void Fail(const platform::Error& error);
     void FreeRetired();
     void CutFreeEnd();
 
@@ -200,7 +201,7 @@ class PageFile {
     std::vector<std::uint8_t> mWriteBuffer;
     bool mWritten = false;
     std::function<void()> mPause;
-    std::optional<platform::Error> mFailure;  // of the first write of an Exclusive file that failed
+    std::optional<platform::Error> mFailure;  // of the first read or write of an Exclusive file that failed
     std::unique_ptr<PageAllocator> mAllocator;
 };
 

@@ -83,33 +83,52 @@ TEST_F(Checkpoints, AtAnyMomentTheDiskHoldsTheLastFlush) {
     ExpectTheLastFlush();
 }
 
-TEST_F(Checkpoints, AFullDiskIsReportedAtEveryCallAndLeavesTheLastFlush) {
-    for (int failing = 0;; ++failing) {
-        SCOPED_TRACE(failing);
-        mDatabase.reset();
-        std::filesystem::remove(Path());
-        mRows = {};
-        mFlushed = mFlushing = {};
-        int calls = 0;
-        std::optional<platform::Error> error;
-        {
-            const test::DiskCalls watched([&] { return ++calls > failing ? ENOSPC : 0; });
-            try {
-                Write(4);
-            } catch (const platform::Error& raised) {
-                error = raised;
-            }
-            if (error && mDatabase) {
-                EXPECT_EQ(NumberRaised([&] { mDatabase->Flush(); }), error->Number) << "and again";
-            }
+/// A call that fails once or from then on, and the error that all further work gives.
+struct Trouble {
+    bool IsInReads;
+    int Errno;
+    bool Lasts;
+    int Number;
+};
+
+TEST_F(Checkpoints, ATroubledDiskIsReportedAtEveryCallAndLeavesTheLastFlush) {
+    for (const Trouble& trouble : {Trouble{false, ENOSPC, true, 3026}, Trouble{false, EIO, false, 3043},
+                                   Trouble{true, EIO, false, 3040}}) {
+        int failures = 0;
+        for (int failing = 0;; failing += trouble.IsInReads ? 1 + failing / 3 : 1) {
+            SCOPED_TRACE(testing::Message() << trouble.Number << " at call " << failing);
             mDatabase.reset();
+            std::filesystem::remove(Path());
+            mRows = {};
+            mFlushed = mFlushing = {};
+            int calls = 0;
+            std::optional<platform::Error> error;
+            const auto fail = [&] {
+                const bool fails = trouble.Lasts ? ++calls > failing : ++calls == failing + 1;
+                return fails ? trouble.Errno : 0;
+            };
+            const auto pass = [] { return 0; };
+            {
+                const test::DiskCalls watched(trouble.IsInReads ? std::function<int()>(pass) : fail,
+                                              trouble.IsInReads ? std::function<int()>(fail) : pass);
+                try {
+                    Write(trouble.IsInReads ? 12 : 4);
+                } catch (const platform::Error& raised) {
+                    error = raised;
+                }
+                if (error && mDatabase) {
+                    EXPECT_EQ(NumberRaised([&] { mDatabase->Flush(); }), error->Number) << "and again";
+                }
+                mDatabase.reset();
+            }
+            if (!error) break;
+            ++failures;
+            EXPECT_EQ(error->Number, trouble.Number);
+            EXPECT_EQ(error->Path, Path());
+            if (std::filesystem::exists(Path())) ExpectTheLastFlush();
+            if (HasFatalFailure()) return;
         }
-        if (!error) break;
-        EXPECT_EQ(error->Number, 3026);
-        EXPECT_EQ(error->Path, Path());
-        if (std::filesystem::file_size(Path()) == 0 || failing < 3) continue;
-        ExpectTheLastFlush();
-        if (HasFatalFailure()) return;
+        EXPECT_GT(failures, 10) << trouble.Number;
     }
 }
 

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/bounded_call.h"
 #include "tests/support/expect_error.h"
 #include "tests/support/scratch.h"
 
@@ -74,6 +75,31 @@ TEST(Files, ALockKeepsOthersOut) {
     EXPECT_TRUE(first->TryLock(File::Lock::Shared));
     EXPECT_TRUE(second->TryLock(File::Lock::Shared));
     EXPECT_FALSE(second->TryLock(File::Lock::Exclusive));
+    EXPECT_EQ(test::ErrorOf([&] { RemoveFile((folder / "data").string()); }).Number, 70);
+}
+
+// Who holds the lock of a file that others no longer find is alone with it, but keeps nobody out.
+TEST(Files, ALockOnALostNameIsNone) {
+    const test::ScratchFolder folder;
+    for (const bool isReplaced : {false, true}) {
+        test::WriteBytes(folder / "data", "x");
+        const auto file = File::Open((folder / "data").string(), File::Mode::ReadWrite);
+        std::filesystem::rename(folder / "data", folder / "other");
+        if (isReplaced) test::WriteBytes(folder / "data", "y");
+        EXPECT_FALSE(file->TryLock(File::Lock::Exclusive));
+    }
+}
+
+TEST(Files, AShareThatHangsIsGivenUp) {
+    const test::ScratchFolder folder;
+    SetCallPatience(std::chrono::milliseconds(50));
+    // Nobody ever writes into this pipe.
+    const std::string pipe = (folder / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe, File::Mode::ReadOnly); }).Number, 57);
+    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe, File::Mode::ReadOnly); }).Path, pipe);
+    SetCallPatience(std::chrono::minutes(1));
+    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe + "2", File::Mode::ReadOnly); }).Number, 53);
 }
 
 TEST(Files, RemoveAndExist) {

@@ -7,18 +7,23 @@
 
 namespace {
 
-std::function<int()>& Watcher() {
-    static std::function<int()> watcher;
-    return watcher;
+struct Watchers {
+    std::function<int()> BeforeChange;
+    std::function<int()> BeforeRead;
+};
+
+Watchers& Watching() {
+    static Watchers watchers;
+    return watchers;
 }
 
 /// Whether the call may be made; errno is set when it may not.
-bool MayGoOn() {
-    if (!Watcher()) return true;
-    // What the watcher itself does with files is not watched.
-    const std::function<int()> watcher = std::exchange(Watcher(), nullptr);
-    const int error = watcher();
-    Watcher() = watcher;
+bool MayGoOn(std::function<int()> Watchers::*watcher) {
+    if (!(Watching().*watcher)) return true;
+    // What a watcher itself does with files is not watched.
+    const Watchers watchers = std::exchange(Watching(), {});
+    const int error = (watchers.*watcher)();
+    Watching() = watchers;
     errno = error;
     return error == 0;
 }
@@ -27,28 +32,32 @@ bool MayGoOn() {
 
 namespace test {
 
-DiskCalls::DiskCalls(std::function<int()> before) {
-    Watcher() = std::move(before);
+DiskCalls::DiskCalls(std::function<int()> beforeChange, std::function<int()> beforeRead) {
+    Watching() = {std::move(beforeChange), std::move(beforeRead)};
 }
 
 DiskCalls::~DiskCalls() {
-    Watcher() = nullptr;
+    Watching() = {};
 }
 
 }  // namespace test
 
 extern "C" {
 
+ssize_t pread(int file, void* bytes, size_t count, off_t at) {
+    return MayGoOn(&Watchers::BeforeRead) ? syscall(SYS_pread64, file, bytes, count, at) : -1;
+}
+
 ssize_t pwrite(int file, const void* bytes, size_t count, off_t at) {
-    return MayGoOn() ? syscall(SYS_pwrite64, file, bytes, count, at) : -1;
+    return MayGoOn(&Watchers::BeforeChange) ? syscall(SYS_pwrite64, file, bytes, count, at) : -1;
 }
 
 int ftruncate(int file, off_t length) noexcept {
-    return MayGoOn() ? static_cast<int>(syscall(SYS_ftruncate, file, length)) : -1;
+    return MayGoOn(&Watchers::BeforeChange) ? static_cast<int>(syscall(SYS_ftruncate, file, length)) : -1;
 }
 
 int fsync(int file) {
-    return MayGoOn() ? static_cast<int>(syscall(SYS_fsync, file)) : -1;
+    return MayGoOn(&Watchers::BeforeChange) ? static_cast<int>(syscall(SYS_fsync, file)) : -1;
 }
 
 }  // extern "C"

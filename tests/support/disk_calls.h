@@ -1,5 +1,5 @@
-// The calls by which this program changes files, seen by a test as they are made. A test program that links
-// disk_calls.cpp has its own pwrite, ftruncate and fsync in front of the system's.
+// The calls by which this program reads and changes files, seen by a test as they are made. A test program
+// that links disk_calls.cpp has its own pread, pwrite, ftruncate and fsync in front of the system's.
 #pragma once
 
 #include <functional>
@@ -8,9 +8,10 @@ namespace test {
 
 class DiskCalls {
   public:
-    /// From now on and as long as this object lives, before is asked before each call; the call fails with
-    /// the errno that it gives, and is made when it gives 0. One object at a time.
-    explicit DiskCalls(std::function<int()> before);
+    /// From now on and as long as this object lives, beforeChange and beforeRead are asked before each call;
+    /// the call fails with the errno that they give, and is made when they give 0. One object at a time.
+    explicit DiskCalls(
+        std::function<int()> beforeChange, std::function<int()> beforeRead = [] { return 0; });
     ~DiskCalls();
     DiskCalls(const DiskCalls&) = delete;
     DiskCalls& operator=(const DiskCalls&) = delete;

@@ -1,11 +1,14 @@
-// headless_export TARGET [--flush-every N]: exports every table of the site that the environment points at
-// and says, line by line, what of it the file holds from then on, whatever becomes of this process:
+// headless_export TARGET [--flush-every N] [--patience MS]: exports every table of the site that the
+// environment points at and says, line by line, what of it the file holds from then on, whatever becomes of
+// this process:
 //
 //   built               the target and all its tables, without rows
 //   safe TABLE ROWS     so many rows of a table; told of every table that has grown
 //   closed              the whole export
 //
 // The rows are written out after every N records, 5000 unless given, and besides as the program itself does.
+// A call on a share may take MS milliseconds, a minute unless given. An error is reported as the program
+// does, and ends this one with status 1.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -14,6 +17,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/bounded_call.h"
+#include "platform/error.h"
 #include "tools/headless_export/site_export.h"
 
 namespace {
@@ -24,14 +29,21 @@ struct Arguments {
 };
 
 std::optional<Arguments> ReadArguments(int count, char** words) {
-    if (count != 2 && count != 4) return std::nullopt;
+    if (count < 2 || count % 2 != 0) return std::nullopt;
     Arguments arguments;
     arguments.Target = words[1];
-    if (count == 4) {
-        if (std::string_view(words[2]) != "--flush-every") return std::nullopt;
-        arguments.FlushEvery = std::atoll(words[3]);
+    for (int i = 2; i < count; i += 2) {
+        const std::string_view option = words[i];
+        const std::int64_t number = std::atoll(words[i + 1]);
+        if (number < 1) return std::nullopt;
+        if (option == "--flush-every") {
+            arguments.FlushEvery = number;
+        } else if (option == "--patience") {
+            platform::SetCallPatience(std::chrono::milliseconds(number));
+        } else {
+            return std::nullopt;
+        }
     }
-    if (arguments.FlushEvery < 1) return std::nullopt;
     return arguments;
 }
 
@@ -83,13 +95,13 @@ class ToldExport {
 int main(int count, char** words) {
     const auto arguments = ReadArguments(count, words);
     if (!arguments) {
-        std::fprintf(stderr, "usage: %s TARGET [--flush-every N]\n", words[0]);
+        std::fprintf(stderr, "usage: %s TARGET [--flush-every N] [--patience MS]\n", words[0]);
         return 2;
     }
     try {
         ToldExport(*arguments).Run();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "headless_export: %s\n", error.what());
+    } catch (const std::exception&) {
+        std::fprintf(stderr, "%s\n", platform::RunTimeErrorReportWithPath(platform::ErrorInHand()).c_str());
         return 1;
     }
     return 0;

@@ -1,14 +1,16 @@
 #include "tools/headless_export/site_export.h"
 
 #include <cstdio>
-#include <stdexcept>
 
 #include "catalogue/metadata_catalogue.h"
 #include "catalogue/target_builder.h"
 #include "engine/business_basic.h"
+#include "engine/recorded_error.h"
 #include "engine/site_configuration.h"
 #include "export/export_run.h"
 #include "platform/code_page.h"
+#include "platform/error.h"
+#include "platform/file.h"
 
 namespace headless {
 
@@ -23,12 +25,12 @@ void Window::Yield() {
 SiteExport::SiteExport(const std::filesystem::path& target, std::function<void()> beforeRecord)
     : mWindow(std::move(beforeRecord)) {
     engine::LoadSiteConfiguration(false, mWindow);
-    if (!engine::gEngine) throw std::runtime_error("the site gives no engine");
+    if (!engine::gEngine) throw engine::LastRecordedError().value_or(platform::Error(platform::ObjectNotSet));
     mAlphabet.emplace();
     catalogue::StartCatalogue(mState, mList);
     for (int box = 0; box < catalogue::TableList::BoxCount && !mList.Caption(box).empty(); ++box)
         mTables.push_back(platform::Utf8FromWide(mList.Caption(box)));
-    std::filesystem::remove(target);
+    if (platform::FileExists(target.string())) platform::RemoveFile(target.string());
     catalogue::BuildTargetDatabase(mState, target.string());
 }
 

@@ -52,8 +52,8 @@ class Captions : public catalogue::TableList {
 class SiteExport {
   public:
     /// Starts the engine and builds the target with all its tables, in place of an older file. beforeRecord
-    /// is called before each record that is copied. Raises a std::runtime_error for a site that gives no
-    /// engine, and what the catalogue and the target raise.
+    /// is called before each record that is copied. Raises for a site that gives no engine the error
+    /// that was recorded at its start, 91 when there is none, and what the catalogue and the target raise.
     explicit SiteExport(const std::filesystem::path& target, std::function<void()> beforeRecord = {});
 
     /// Ends the engine. A target that is not closed then is written and closed without a word of errors.
