@@ -235,12 +235,13 @@ void fInterface::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
 }
 
-/// A run under way stops as if cancelled.
+/// A run under way stops as if cancelled. The report of an error writes to the target, outside any handler,
+/// and has the window go on breathing: then what it works on stays until the tool ends.
 void fInterface::closeEvent(QCloseEvent* event) {
     event->accept();
     mIsClosed = true;
     mState.CancelRequested = true;
-    if (mHandlersRunning == 0) Form_Unload();
+    if (mHandlersRunning == 0 && !mServices.IsBreathing()) Form_Unload();
 }
 
 /// Releases everything; a database is closed with its last handle. The engine speaks to this window, so it
