@@ -441,10 +441,12 @@ void PageFile::WriteRun(std::span<Frame* const> run) {
     }
     Pause();
     for (Frame* frame : run) {
-        // Whoever holds the page may still be changing it: it stays changed.
-        if (frame->Pins > 0) continue;
+        // Whoever holds a page of an Exclusive file may still be changing it: it stays changed. In a Shared
+        // file what is written is a whole change; written again, it would undo what others have done since.
+        const bool isHeld = frame->Pins > 0;
+        if (isHeld && !IsShared()) continue;
         MarkWritten(*frame);
-        if (!IsShared()) continue;
+        if (isHeld || !IsShared()) continue;
         Forget(*frame);
         mFreeFrames.push_back(frame);
     }

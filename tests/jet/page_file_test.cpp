@@ -206,16 +206,27 @@ TEST_F(SharedPageFiles, AChangeWithoutCommitIsForgotten) {
 }
 
 TEST_F(SharedPageFiles, NothingIsWrittenOverAnothersChange) {
-    EXPECT_EQ(ByteOf(*mMine), 0);
-    {
-        SharedChange change(*mTheirs);
-        SetByte(*mTheirs, 7);
-        change.Commit();
+    for (const bool isHeldAtCommit : {false, true}) {
+        PageHandle held;
+        for (const std::uint8_t mine : {std::uint8_t{8}, std::uint8_t{9}}) {
+            const auto theirs = static_cast<std::uint8_t>(mine + 10);
+            {
+                SharedChange change(*mTheirs);
+                SetByte(*mTheirs, theirs);
+                change.Commit();
+            }
+            SharedChange change(*mMine);
+            PageHandle page = mMine->Read(1);
+            page.Change()[ByteAt + 1] = mine;
+            if (isHeldAtCommit) held = std::move(page);
+            page.Release();
+            change.Commit();
+            held.Release();
+            EXPECT_EQ(ByteOf(*mTheirs), theirs) << isHeldAtCommit;
+        }
+        mMine->Sync();
     }
-    SharedChange change(*mMine);
-    mMine->Read(1).Change()[ByteAt + 1] = 8;
-    change.Commit();
-    EXPECT_EQ(ByteOf(*mTheirs), 7);
+    EXPECT_EQ(ByteOf(*mTheirs), 19);
 }
 
 TEST_F(SharedPageFiles, PagesThatAnotherAppendedCanBeRead) {
