@@ -1,9 +1,11 @@
 #include "ui/run_tool.h"
 
 #include <QApplication>
+#include <cstdio>
 #include <exception>
 
 #include "catalogue/field_mapping.h"
+#include "engine/recorded_error.h"
 #include "ui/interface_window.h"
 #include "ui/run_time_error.h"
 
@@ -20,8 +22,16 @@ int ReportFailure(const platform::Error& error, fInterface& window) {
     return Failure;
 }
 
+/// A site that gives no engine ends the tool without a word to the operator; who looks closer finds out why.
+void TellRecordedError() {
+    if (const auto& error = engine::LastRecordedError()) std::fprintf(stderr, "%s\n", error->what());
+}
+
 int RunWindow(fInterface& window) {
-    if (!window.Form_Load()) return Success;
+    if (!window.Form_Load()) {
+        TellRecordedError();
+        return Success;
+    }
     window.show();
     const int status = QApplication::exec();
     window.Trap().RethrowIfTripped();

@@ -40,8 +40,10 @@ void ExportEverything(const QString& target, ModalRobot& robot) {
     if (hands.Button(WindowDriver::Update).isEnabled()) {
         for (const QCheckBox* const box : hands.ListedBoxes()) hands.Click(box->text());
         hands.Press(WindowDriver::Update);
-        // An update that an error has ended leaves the buttons as they were while it ran.
-        if (hands.Button(WindowDriver::SelectDb).isEnabled()) std::puts("closed");
+        // After an error the buttons stay as they were: before the update, or while it ran.
+        const bool isDone = hands.Button(WindowDriver::SelectDb).isEnabled() &&
+                            !hands.Button(WindowDriver::Update).isEnabled();
+        if (isDone) std::puts("closed");
     }
     // After an error the tool is about to end: then it has the report up, and the window takes no input.
     robot.Soon([] {
