@@ -21,7 +21,8 @@ void TableFrame::paintEvent(QPaintEvent*) {
     const QFontMetrics metrics = fontMetrics();
     const QRect titleArea(TitleLeft, 0, metrics.horizontalAdvance(title()) + 2 * TitlePadding,
                           metrics.height());
-    const QRectF frame = QRectF(rect()).adjusted(0.5, metrics.height() / 2 + 0.5, -0.5, -0.5);
+    const int titleMiddle = metrics.height() / 2;
+    const QRectF frame = QRectF(rect()).adjusted(0.5, titleMiddle + 0.5, -0.5, -0.5);
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -30,9 +30,8 @@ std::optional<Arguments> ReadArguments(int count, char** texts) {
         const std::string_view next = i + 1 < count ? std::string_view(texts[i + 1]) : std::string_view();
         if (text == "--expected") {
             arguments.Options.WriteExpected = true;
-        } else if (text == "--records" && ReadNumber(next, arguments.Options.Records)) {
-            ++i;
-        } else if (text == "--seed" && ReadNumber(next, arguments.Options.Seed)) {
+        } else if ((text == "--records" && ReadNumber(next, arguments.Options.Records)) ||
+                   (text == "--seed" && ReadNumber(next, arguments.Options.Seed))) {
             ++i;
         } else if (!text.starts_with("--") && arguments.Folder.empty()) {
             arguments.Folder = text;
