@@ -6,18 +6,29 @@
 
 #include "tools/mdb_check/file_check.h"
 
+namespace {
+
+constexpr const char* Usage = "usage: mdb_check [--strict] FILE...\n";
+
+}  // namespace
+
 int main(int argc, char** argv) {
     bool strict = false;
     std::vector<std::string> paths;
     for (int i = 1; i < argc; ++i) {
-        if (std::string_view(argv[i]) == "--strict") {
+        const std::string_view argument = argv[i];
+        if (argument == "--help") {
+            std::cout << Usage;
+            return 0;
+        }
+        if (argument == "--strict") {
             strict = true;
         } else {
-            paths.emplace_back(argv[i]);
+            paths.emplace_back(argument);
         }
     }
     if (paths.empty()) {
-        std::cerr << "usage: mdb_check [--strict] FILE...\n";
+        std::cerr << Usage;
         return 2;
     }
 

@@ -102,7 +102,7 @@ void Photographer::SaveDialog() {
     mRobot.Expect([this](QWidget& dialog) {
         qobject_cast<QFileDialog*>(&dialog)->setSidebarUrls({});
         auto* const folder = dialog.findChild<QComboBox*>(u"lookInCombo"_s);
-        folder->setItemText(folder->currentIndex(), u"/home/clerk/Documents"_s);
+        folder->setItemText(folder->currentIndex(), u"Documents"_s);
         QApplication::processEvents();
         Save(u"choose"_s, dialog.grab());
         ModalRobot::ChooseFile(mSite.Database(u"MyData%1.mdb"_s.arg(mSuffix)))(dialog);
