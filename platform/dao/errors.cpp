@@ -12,6 +12,7 @@ bool IsFileError(const platform::Error& error) {
         case jet::ReadOnlyDatabase:
         case jet::DiskRead:
         case jet::DiskOrNetwork:
+        case jet::DamagedDatabase:
             return true;
         default:
             return platform::IsFileFailure(error);

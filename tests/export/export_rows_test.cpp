@@ -52,7 +52,7 @@ TEST_F(ExportRows, ARefusedRowIsDroppedAndAnErrorOfTheFileEndsTheRun) {
         EXPECT_EQ(rows->Begun, 2) << refusal;
         EXPECT_EQ(LastStatus(), "Complete");
     }
-    for (const int failure : {3026, 3027, 3040, 3043, platform::DiskFull, platform::DeviceIoError}) {
+    for (const int failure : {3026, 3027, 3040, 3043, 3428, platform::DiskFull, platform::DeviceIoError}) {
         const auto rows = std::make_shared<FailingRows>(failure);
         State.TargetDatabase = std::make_shared<FailingTarget>(rows);
         EXPECT_EQ(test::ErrorOf([this] { Export(u"STOCK"); }).Number, failure);
