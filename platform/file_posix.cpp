@@ -2,7 +2,6 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
@@ -210,22 +209,6 @@ std::optional<std::string> FileText(std::string_view path) {
         if (error.Number != FileNotFound && error.Number != PathNotFound) throw;
         return std::nullopt;
     }
-}
-
-std::optional<std::vector<std::string>> ReadLines(std::string_view path) {
-    std::unique_ptr<File> file;
-    try {
-        file = File::Open(path, File::Mode::ReadOnly);
-    } catch (const Error&) {
-        return std::nullopt;
-    }
-    std::istringstream stream(Contents(*file));
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) {
-        if (line.ends_with('\r')) line.pop_back();
-        lines.push_back(std::move(line));
-    }
-    return lines;
 }
 
 File::File(std::string path, std::intptr_t handle, bool writable)

@@ -5,10 +5,10 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <vector>
 
 #include "platform/error.h"
+#include "platform/local_time.h"
 #include "platform/numbers.h"
 
 namespace platform {
@@ -18,12 +18,6 @@ namespace {
 using namespace std::chrono;
 
 constexpr sys_days DayZero = sys_days{year{1899} / December / 30};
-
-std::string MonthDayYear(CalendarDay day) {
-    std::array<char, 16> text{};
-    std::snprintf(text.data(), text.size(), "%02d/%02d/%02d", day.Month, day.Day, day.Year % 100);
-    return text.data();
-}
 
 ShortDateForm gShortDateForm = nullptr;
 
@@ -95,18 +89,9 @@ std::optional<OleDate> DateFromCalendar(CalendarDay day) {
 }
 
 OleDate LocalNow() {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-#ifdef _WIN32
-    localtime_s(&parts, &now);
-#else
-    localtime_r(&now, &parts);
-#endif
     constexpr double SecondsPerDay = 86400;
-    const int secondOfDay = (parts.tm_hour * 60 + parts.tm_min) * 60 + parts.tm_sec;
-    const OleDate midnight =
-        DateFromCalendar({parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday}).value();
-    return OleDate{midnight.Serial + secondOfDay / SecondsPerDay};
+    const LocalTime now = SystemTime();
+    return OleDate{DateFromCalendar(now.Day).value().Serial + now.SecondOfDay / SecondsPerDay};
 }
 
 int FullYear(int year) {
@@ -141,9 +126,15 @@ OleDate DateFromText(std::string_view text) {
     throw Error(TypeMismatch);
 }
 
+std::string MonthDayYear(CalendarDay day) {
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%02d/%02d/%02d", day.Month, day.Day, day.Year % 100);
+    return text.data();
+}
+
 std::string ShortDateText(OleDate date) {
     const CalendarDay day = date.Calendar();
-    std::string text = gShortDateForm != nullptr ? gShortDateForm(day) : MonthDayYear(day);
+    std::string text = gShortDateForm != nullptr ? gShortDateForm(day) : SystemShortDate(day);
     if (date.HasTimeOfDay()) {
         constexpr long SecondsPerDay = 86400;
         const double fraction = std::fabs(date.Serial - std::trunc(date.Serial));

@@ -12,6 +12,7 @@
 
 #include "platform/bounded_call.h"
 #include "platform/code_page.h"
+#include "platform/path_names.h"
 #include "platform/posix_calls.h"
 #include "platform/share_mounts.h"
 #include "platform/site.h"
@@ -25,22 +26,6 @@ const char PathSeparator = '/';
 namespace {
 
 constexpr const char* MountTable = "/proc/self/mountinfo";
-
-/// Names come as UTF-8 from settings and dialogs, as code page 1252 from the business's files.
-std::string Utf8Name(std::string_view name) {
-    const bool isUtf8 = WideFromUtf8(name).find(u'\xFFFD') == std::u16string::npos;
-    return isUtf8 ? std::string(name) : Utf8FromBytes(name);
-}
-
-std::vector<std::string> Components(std::string_view path) {
-    std::vector<std::string> names;
-    while (!path.empty()) {
-        const auto end = std::min(path.find_first_of("\\/"), path.size());
-        if (end > 0) names.push_back(Utf8Name(path.substr(0, end)));
-        path.remove_prefix(std::min(end + 1, path.size()));
-    }
-    return names;
-}
 
 /// A name that a failing share does not tell of must not count as missing.
 void RequireAnswer(const std::error_code& failure, const fs::path& path) {
@@ -113,18 +98,6 @@ std::optional<fs::path> DrivePath(char letter, std::span<const std::string> name
     return DescendAll(root, names);
 }
 
-bool StartsWithDrive(std::string_view path) {
-    const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-    return path.size() >= 2 && isLetter(path[0]) && path[1] == ':';
-}
-
-/// A component that climbs, or that names a drive in the middle of a path, would leave the share.
-bool LeavesItsRoot(std::span<const std::string> names) {
-    return std::any_of(names.begin(), names.end(), [](const std::string& name) {
-        return name == ".." || name.find(':') != std::string::npos;
-    });
-}
-
 std::optional<std::string> ResolvedPath(std::string_view path) {
     // The system would take such a name to end at its NUL, and open another file.
     if (path.find('\0') != std::string_view::npos) return std::nullopt;
@@ -133,7 +106,7 @@ std::optional<std::string> ResolvedPath(std::string_view path) {
     const bool isMixed = path.starts_with('/') && path.find('\\') != std::string_view::npos;
     if (!isShare && !isDrive && !isMixed) return std::string(path);
 
-    const std::vector<std::string> names = Components(isDrive ? path.substr(2) : path);
+    const std::vector<std::string> names = PathNames(isDrive ? path.substr(2) : path);
     std::optional<fs::path> resolved;
     if (isMixed) {
         resolved = DescendAll("/", names);

@@ -76,4 +76,9 @@ std::string DocumentsFolder() {
     return std::filesystem::is_directory(documents, failure) ? documents : home;
 }
 
+void UseSiteIn(const std::string& folder) {
+    setenv("TMPDIR", (folder + "/tmp").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (folder + "/config").c_str(), 1);
+}
+
 }  // namespace platform

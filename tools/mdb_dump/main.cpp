@@ -65,7 +65,7 @@ void PrintColumns(const std::string& table, const std::vector<jet::Column>& colu
     std::string line = R"({"table": )" + table + R"(, "columns": [)";
     for (const jet::Column& column : columns) {
         if (&column != &columns.front()) line += ", ";
-        line += "[" + Quoted(column.Name) + ", " + std::to_string(static_cast<int>(column.Type)) + "]";
+        line += '[' + Quoted(column.Name) + ", " + std::to_string(static_cast<int>(column.Type)) + "]";
     }
     std::cout << line << "]}\n";
 }

@@ -1,7 +1,6 @@
 #include "tools/site_dump/site_dump.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <iomanip>
 #include <set>
@@ -50,8 +49,7 @@ class ConsoleWindow : public platform::SilentWindow {
 
 void Start(const std::filesystem::path& folder, platform::WindowServices& window) {
     const std::filesystem::path configuration = folder / "tmp/kSWCatalog.ini";
-    setenv("TMPDIR", (folder / "tmp").c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
+    platform::UseSiteIn(folder.string());
     if (!platform::FileExists(configuration.string()))
         throw std::runtime_error(configuration.string() + " is missing");
     constexpr std::size_t LongestServer = 100;
