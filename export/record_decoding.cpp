@@ -69,7 +69,7 @@ FieldDecoder::FieldDecoder(const catalogue::cInterface& Item)
       mLength(Item.Length),
       mStart(Item.Start),
       mTypeSpec(Item.TypeSpec),
-      mPower(std::pow(mCode == u'B' ? 2.0 : 10.0, Item.TypeSpec)) {}
+      mPower(mCode == u'B' ? std::ldexp(1.0, Item.TypeSpec) : platform::PowerOfTen(Item.TypeSpec)) {}
 
 std::string_view FieldDecoder::Text(RecordTexts& record) const {
     switch (mCode) {

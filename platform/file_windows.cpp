@@ -14,6 +14,8 @@ namespace {
 // bytes themselves, and ours is to keep nobody from reading.
 constexpr std::uint64_t LockPosition = std::uint64_t{1} << 40U;
 
+constexpr DWORD QuotaExceeded = 1295;  // ERROR_DISK_QUOTA_EXCEEDED, which not all headers have
+
 HANDLE Handle(std::intptr_t handle) {
     return reinterpret_cast<HANDLE>(handle);
 }
@@ -59,7 +61,7 @@ int NumberOf(DWORD failure) {
             return DeviceIoError;
         case ERROR_DISK_FULL:
         case ERROR_HANDLE_DISK_FULL:
-        case ERROR_DISK_QUOTA_EXCEEDED:
+        case QuotaExceeded:
             return DiskFull;
         default:
             return PathFileAccess;

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 
 #include "platform/error.h"
 
@@ -44,6 +45,14 @@ std::int32_t RoundToLong(double value) {
     const double rounded = std::nearbyint(value);
     if (!(rounded >= Lowest && rounded <= Highest)) throw Error(Overflow);
     return static_cast<std::int32_t>(rounded);
+}
+
+double PowerOfTen(std::int32_t exponent) {
+    // Not std::pow: some systems' is off by several last digits, and a value scaled by it would show that.
+    const std::string text = "1e" + std::to_string(exponent);
+    double power = exponent > 0 ? std::numeric_limits<double>::infinity() : 0;
+    std::from_chars(text.data(), text.data() + text.size(), power);
+    return power;
 }
 
 double RealFromText(std::string_view text) {

@@ -18,6 +18,9 @@ std::string LeadingBlankDecimal(double value);
 /// A real rounded to a 32-bit integer, halves to the even neighbour. Raises 6 outside the range and for NaN.
 std::int32_t RoundToLong(double value);
 
+/// The real nearest to ten to the power of exponent: infinite from 309 on, 0 from -324 down.
+double PowerOfTen(std::int32_t exponent);
+
 /// A text read as a real: blanks around, a sign, decimals and an exponent are allowed. Raises 13 for anything
 /// else.
 double RealFromText(std::string_view text);

@@ -53,8 +53,8 @@ std::string Setting(std::string_view section, std::string_view key, std::string_
 /// The folder in which a save dialog starts.
 std::string DocumentsFolder();
 
-/// Has this process look for a site that lies in a folder of its own: temporary files in folder/tmp and, where
-/// the settings store is a file, settings in folder/config. For programs that work on a made-up site.
+/// Has this process look for a site that lies in a folder of its own: temporary files in folder/tmp and,
+/// where the settings store is a file, settings in folder/config. For programs that work on a made-up site.
 void UseSiteIn(const std::string& folder);
 
 }  // namespace platform

@@ -1,12 +1,8 @@
-#include <algorithm>
 #include <array>
 #include <shlobj.h>
 #include <vector>
-#include <winsock2.h>
-// After winsock2.h, which replaces what it would bring in.
 #include <windows.h>
 
-#include "platform/code_page.h"
 #include "platform/path_names.h"
 #include "platform/site.h"
 #include "platform/windows_text.h"
@@ -53,15 +49,6 @@ std::string SystemBytes(std::wstring_view text) {
     return bytes;
 }
 
-/// The socket library, started before the first look-up and ended with the process.
-void StartSockets() {
-    static const int started = [] {
-        WSADATA ignored{};
-        return WSAStartup(MAKEWORD(1, 1), &ignored);
-    }();
-    static_cast<void>(started);
-}
-
 }  // namespace
 
 std::string TempDirectory() {
@@ -98,30 +85,6 @@ bool ShareAnswers(std::string_view root) {
         return true;
     // A share that is laid below the root of another volume has no volume of its own to ask for.
     return GetLastError() == ERROR_DIR_NOT_ROOT && FirstEntry(*systemPath + L'*').has_value();
-}
-
-std::string HostName() {
-    std::array<wchar_t, MAX_COMPUTERNAME_LENGTH + 1> name{};
-    auto length = static_cast<DWORD>(name.size());
-    if (GetComputerNameW(name.data(), &length) == 0) return {};
-    return BytesFromWide(std::u16string(name.data(), name.data() + length));
-}
-
-std::string ComputerName() {
-    const std::string name = HostName();
-    return name.substr(0, name.find('.'));
-}
-
-std::optional<std::uint32_t> HostAddress(const std::string& name) {
-    StartSockets();
-    const std::uint32_t literal = inet_addr(name.c_str());
-    if (literal != INADDR_NONE) return ntohl(literal);
-    const hostent* const found = gethostbyname(name.c_str());
-    if (found == nullptr || found->h_addrtype != AF_INET || found->h_addr_list[0] == nullptr)
-        return std::nullopt;
-    std::uint32_t address = 0;
-    std::copy_n(found->h_addr_list[0], sizeof(address), reinterpret_cast<char*>(&address));
-    return ntohl(address);
 }
 
 std::string ProfileText(std::string_view path, std::string_view section, std::string_view key,

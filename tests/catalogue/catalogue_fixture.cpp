@@ -1,7 +1,5 @@
 #include "tests/catalogue/catalogue_fixture.h"
 
-#include <cstdlib>
-#include <fstream>
 #include <iomanip>
 #include <sstream>
 #include <type_traits>
@@ -15,9 +13,7 @@ namespace test {
 
 CatalogueFixture::CatalogueFixture() {
     std::filesystem::create_directories(CatalogueFile.parent_path());
-    std::ofstream settings(std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "Vantora.conf",
-                           std::ios::app);
-    settings << "[Directory]\nHome=" << CatalogueFile.parent_path().string() << "\n";
+    Site.Folder().SetHome(CatalogueFile.parent_path());
     Catalogue = std::make_unique<CatalogueBuilder>(CatalogueFile);
 }
 
@@ -64,7 +60,8 @@ std::vector<std::string> CatalogueFixture::RowsOf(const std::filesystem::path& f
     while (!rows->AtEnd()) {
         std::string line;
         for (int column = 0; column < rows->FieldCount(); ++column) {
-            line += (column == 0 ? "" : "|") + Shown(rows->Fields(column).GetValue());
+            if (column > 0) line += '|';
+            line += Shown(rows->Fields(column).GetValue());
         }
         shown.push_back(line);
         rows->MoveNext();

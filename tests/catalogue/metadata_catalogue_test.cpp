@@ -105,9 +105,11 @@ TEST_F(MetadataCatalogue, StartFailsOnACatalogueThatCannotBeListed) {
     Catalogue->AddKey({.Name = u"X"});
     Catalogue->AddMap({.TableName = u"A", .TableHierarchy = dao::Value()});
     Catalogue.reset();
+    State = {};
     std::filesystem::rename(Scratch / "home" / "second.mdb", CatalogueFile);
     EXPECT_EQ(test::ErrorOf([this] { StartCatalogue(); }).Number, platform::InvalidUseOfNull);
 
+    State = {};
     std::filesystem::remove(CatalogueFile);
     constexpr int FileMissing = 3024;
     EXPECT_EQ(test::ErrorOf([this] { StartCatalogue(); }).Number, FileMissing);

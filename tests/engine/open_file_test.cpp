@@ -1,13 +1,7 @@
 #include "engine/open_file.h"
 
-#include <array>
-#include <csignal>
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include "engine/recorded_error.h"
 #include "tests/engine/site_builder.h"
 #include "tests/support/expect_error.h"
 
@@ -59,23 +53,6 @@ TEST_F(PhysicalFiles, AMissingFileIsEmptyAndNoError) {
     EXPECT_FALSE(Open(""));
     EXPECT_EQ(gOpenFiles->Count(), 0);
     EXPECT_FALSE(std::filesystem::exists(mSite.InShare("NOTHING")));
-}
-
-TEST_F(PhysicalFiles, AFailedOpenIsRecordedNotRaised) {
-    // A program that is running may be opened for writing by nobody, neither its owner nor the superuser.
-    const std::string program = mSite.InShare("DATA").string();
-    std::filesystem::copy_file("/bin/sleep", program, std::filesystem::copy_options::overwrite_existing);
-    std::string name = "sleep", seconds = "600";
-    const std::array<char*, 3> words{name.data(), seconds.data(), nullptr};
-    pid_t child = 0;
-    ASSERT_EQ(posix_spawn(&child, program.c_str(), nullptr, nullptr, words.data(), environ), 0);
-    EXPECT_FALSE(Open("DATA"));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    ASSERT_TRUE(LastRecordedError());
-    EXPECT_EQ(LastRecordedError()->Number, 70);
-    EXPECT_EQ(LastRecordedError()->Source, "iOpenFile");
-    EXPECT_EQ(LastRecordedError()->Description, R"(Could not open file: \\SRV1\KSTLLNK\DATA)");
 }
 
 TEST_F(PhysicalFiles, ReadsPastTheEndAreBlanks) {

@@ -1,12 +1,17 @@
-// The share while others use it: writers beside the reader, a share that goes away, files that are replaced.
+// The share while others use it: writers beside the reader, a share that goes away, files that are replaced
+// or may not be opened.
+#include <array>
+#include <csignal>
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "engine/recorded_error.h"
 #include "tests/engine/index_builder.h"
 #include "tests/engine/site_builder.h"
 #include "tests/support/expect_error.h"
@@ -120,6 +125,24 @@ TEST_F(ShareLife, AShareThatVanishesIsError57WithThePath) {
     EXPECT_FALSE(gEngine->LogicalOpen("LATER"));
     EXPECT_EQ(test::ErrorOf([&] { gEngine->LreadFile(ByteString("LATER"), 1); }).Number, -10);
     EXPECT_FALSE(fs::exists(mSite.InShare("")));
+}
+
+TEST_F(ShareLife, AFailedOpenIsRecordedNotRaised) {
+    // A program that is running may be opened for writing by nobody, neither its owner nor the superuser.
+    const std::string program = mSite.InShare("DATA").string();
+    std::filesystem::copy_file("/bin/sleep", program, std::filesystem::copy_options::overwrite_existing);
+    ByteString data = "DATA";
+    std::string name = "sleep", seconds = "600";
+    const std::array<char*, 3> words{name.data(), seconds.data(), nullptr};
+    pid_t child = 0;
+    ASSERT_EQ(posix_spawn(&child, program.c_str(), nullptr, nullptr, words.data(), environ), 0);
+    EXPECT_FALSE(gEngine->OpenFile(data));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    ASSERT_TRUE(LastRecordedError());
+    EXPECT_EQ(LastRecordedError()->Number, 70);
+    EXPECT_EQ(LastRecordedError()->Source, "iOpenFile");
+    EXPECT_EQ(LastRecordedError()->Description, R"(Could not open file: \\SRV1\KSTLLNK\DATA)");
 }
 
 TEST_F(ShareLife, AShorterFileEndsInBlanksAndAReplacedOneIsReadAfterReopening) {

@@ -13,7 +13,7 @@
 #include "engine/site_configuration.h"
 #include "tests/engine/bytes.h"
 #include "tests/support/recording_window.h"
-#include "tests/support/scratch.h"
+#include "tests/support/site_folder.h"
 
 namespace test {
 
@@ -31,10 +31,8 @@ inline std::string DirectoryEntryBytes(const std::string& name, std::int32_t fir
 
 class SiteBuilder {
   public:
-    SiteBuilder()
-        : mConfig("XDG_CONFIG_HOME", (mFolder / "config").string()),
-          mTemp("TMPDIR", (mFolder / "tmp").string()) {
-        WriteBytes(mFolder / "config/Vantora.conf", "[Shares]\nRoot=" + (mFolder / "share").string() + "\n");
+    SiteBuilder() {
+        mFolder.WriteSettings();
         std::filesystem::create_directories(mFolder / "tmp");
     }
     ~SiteBuilder() {
@@ -63,7 +61,7 @@ class SiteBuilder {
         return firstBlock;
     }
 
-    const std::filesystem::path& Folder() const { return mFolder.Path(); }
+    const SiteFolder& Folder() const { return mFolder; }
     std::filesystem::path InTemp(const std::string& name) const { return mFolder / "tmp" / name; }
     std::filesystem::path InShare(const std::string& name) const {
         return mFolder / "share/SRV1/KSTLLNK" / name;
@@ -90,9 +88,7 @@ class SiteBuilder {
     RecordingWindow Window;
 
   private:
-    ScratchFolder mFolder;
-    ScopedVariable mConfig;
-    ScopedVariable mTemp;
+    SiteFolder mFolder;
 };
 
 }  // namespace test

@@ -20,7 +20,7 @@ TEST(SiteDump, ShowsWhatTheEngineSeesAndWritesNothing) {
     site.Write();
     const auto dump = [&](std::vector<std::string> words, int status) {
         std::ostringstream out;
-        words.insert(words.begin(), site.Folder().string());
+        words.insert(words.begin(), site.Folder().Path().string());
         EXPECT_EQ(site_dump::Run(words, out, out), status) << out.str();
         return out.str();
     };

@@ -52,7 +52,7 @@ class Checkpoints : public test::NewDatabase {
     /// one is running, of that.
     void ExpectTheLastFlush() {
         const std::string copy = (mFolder / "copy.mdb").string();
-        std::filesystem::copy_file(Path(), copy, std::filesystem::copy_options::overwrite_existing);
+        test::WriteBytes(copy, test::ReadBytes(Path()));
         ASSERT_THAT(test::FindingsIn(copy, false), testing::IsEmpty());
         const auto database = Database::Open(copy, Sharing::Exclusive);
         for (std::size_t t = 0; t < Names.size(); ++t) {

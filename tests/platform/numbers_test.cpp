@@ -41,6 +41,13 @@ TEST(Numbers, RealsRoundHalfToEven) {
     }
 }
 
+TEST(Numbers, PowersOfTenAreTheNearestReals) {
+    const std::pair<std::int32_t, double> cases[]{
+        {0, 1},          {2, 1e2},       {-2, 1e-2}, {-10, 1e-10},        {23, 1e23}, {308, 1e308},
+        {309, INFINITY}, {-323, 1e-323}, {-324, 0},  {Highest, INFINITY}, {Lowest, 0}};
+    for (const auto& [exponent, power] : cases) EXPECT_EQ(PowerOfTen(exponent), power) << exponent;
+}
+
 TEST(Numbers, TextsReadAsWholeNumbers) {
     const std::pair<const char*, std::int32_t> good[]{{"00123", 123}, {"  7 ", 7},   {"-5", -5}, {"+5", 5},
                                                       {"2.5", 2},     {"1e3", 1000}, {".5", 0}};

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/site.h"
-#include "tests/support/scratch.h"
+#include "tests/support/site_folder.h"
 
 namespace platform {
 namespace {
@@ -47,10 +47,9 @@ TEST(Profile, MissingFileGivesNothing) {
 }
 
 TEST(Settings, ComeFromTheUsersStore) {
-    const test::ScratchFolder folder;
-    const test::ScopedVariable config("XDG_CONFIG_HOME", folder.Path().string());
+    const test::SiteFolder folder;
     EXPECT_EQ(Setting("Directory", "Home", "fallback"), "fallback");
-    test::WriteBytes(folder / "Vantora.conf", "[Directory]\nHome=C:\\Vantora\n");
+    folder.SetHome("C:\\Vantora");
     EXPECT_EQ(Setting("Directory", "Home", "fallback"), "C:\\Vantora");
     EXPECT_EQ(Setting("Directory", "Away", "fallback"), "fallback");
 }

