@@ -1,4 +1,4 @@
-#include "platform/windows_text.h"
+#include "platform/text_windows.h"
 
 #include <algorithm>
 #include <windows.h>
