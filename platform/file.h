@@ -70,10 +70,6 @@ class File {
     enum class Lock { Shared, Exclusive };
     bool TryLock(Lock kind);
 
-    /// Whether another program or another opening of the file holds a lock in it: ours, or one of bytes,
-    /// there or beyond the end, as Access keeps them. A lock that this object holds is given up.
-    bool IsLockedElsewhere();
-
   private:
     File(std::string path, std::intptr_t handle, bool writable);
 

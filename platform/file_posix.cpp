@@ -304,14 +304,4 @@ bool File::TryLock(Lock kind) {
     });
 }
 
-bool File::IsLockedElsewhere() {
-    struct flock bytes {};  // all of them, to whatever end
-    bytes.l_type = mWritable ? F_WRLCK : F_RDLCK;
-    bytes.l_whence = SEEK_SET;
-    if (fcntl(Descriptor(mHandle), F_GETLK, &bytes) == 0 && bytes.l_type != F_UNLCK) return true;
-    if (!TryLock(Lock::Exclusive)) return true;
-    flock(Descriptor(mHandle), LOCK_UN);
-    return false;
-}
-
 }  // namespace platform

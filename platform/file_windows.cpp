@@ -227,21 +227,20 @@ void File::Sync() {
     if (mWritable && FlushFileBuffers(Handle(mHandle)) == 0) throw TransferError(mPath);
 }
 
+/// A lock on a file whose name has gone would keep nobody out. Other programs lock ranges of bytes in place of
+/// the whole file, as Access does beyond the end of its .ldb: they must be free at this moment.
 bool File::TryLock(Lock kind) {
-    const DWORD flags = LOCKFILE_FAIL_IMMEDIATELY | (kind == Lock::Exclusive ? LOCKFILE_EXCLUSIVE_LOCK : 0);
+    const bool isShared = kind == Lock::Shared;
+    const DWORD flags = LOCKFILE_FAIL_IMMEDIATELY | (isShared ? 0 : LOCKFILE_EXCLUSIVE_LOCK);
+    constexpr auto RangeLow = static_cast<DWORD>(LockPosition);
+    constexpr auto RangeHigh = static_cast<DWORD>(LockPosition >> 32U);
+    OVERLAPPED bytes = At(0);
+    if (LockFileEx(Handle(mHandle), flags, 0, RangeLow, RangeHigh, &bytes) == 0) return false;
+    UnlockFileEx(Handle(mHandle), 0, RangeLow, RangeHigh, &bytes);
+
     OVERLAPPED place = At(LockPosition);
     if (LockFileEx(Handle(mHandle), flags, 0, 1, 0, &place) == 0) return false;
-    return kind == Lock::Shared || IsStillAt(Handle(mHandle), mPath);
-}
-
-bool File::IsLockedElsewhere() {
-    OVERLAPPED ours = At(LockPosition);
-    UnlockFileEx(Handle(mHandle), 0, 1, 0, &ours);
-    OVERLAPPED all = At(0);
-    constexpr DWORD Flags = LOCKFILE_FAIL_IMMEDIATELY | LOCKFILE_EXCLUSIVE_LOCK;
-    if (LockFileEx(Handle(mHandle), Flags, 0, MAXDWORD, MAXDWORD, &all) == 0) return true;
-    UnlockFileEx(Handle(mHandle), 0, MAXDWORD, MAXDWORD, &all);
-    return false;
+    return isShared || IsStillAt(Handle(mHandle), mPath);
 }
 
 }  // namespace platform

@@ -49,7 +49,8 @@ QString ChosenPath(QWidget* parent) {
 
 bool IsLockedElsewhere(const std::string& path) {
     try {
-        return platform::File::Open(path, platform::File::Mode::ReadWrite)->IsLockedElsewhere();
+        const auto file = platform::File::Open(path, platform::File::Mode::ReadWrite);
+        return !file->TryLock(platform::File::Lock::Exclusive);
     } catch (const platform::Error& error) {
         return error.Number == platform::PermissionDenied;
     }

@@ -102,9 +102,10 @@ TEST_F(Sharing, OthersReadWriteAndDeleteWhatIsOpenHere) {
 TEST_F(Sharing, ALockBeyondTheEndIsSeen) {
     OpenElsewhere(FILE_SHARE_READ | FILE_SHARE_WRITE);
     const auto file = File::Open(Path(), File::Mode::ReadWrite);
-    EXPECT_FALSE(file->IsLockedElsewhere());
     ASSERT_NE(LockFile(mOther, 0x10000001, 0, 1, 0), 0) << "as Access locks its .ldb";
-    EXPECT_TRUE(file->IsLockedElsewhere());
+    EXPECT_FALSE(file->TryLock(File::Lock::Exclusive));
+    ASSERT_NE(UnlockFile(mOther, 0x10000001, 0, 1, 0), 0);
+    EXPECT_TRUE(file->TryLock(File::Lock::Exclusive));
 }
 
 TEST_F(Sharing, WhatOthersKeepToThemselvesIsRefused) {
