@@ -139,7 +139,7 @@ TEST_F(LogicalFiles, LinksDoNotLeadOutOfTheShare) {
         test::WriteBytes(mSite.Folder() / folder / "DDB", test::Nul(512));
     }
     std::ofstream(mSite.Folder() / "config/Vantora.conf", std::ios::app)
-        << "[Drives]\nC=" << mSite.Folder().string() << "\n";
+        << "[Drives]\nC=" << mSite.Folder().Path().string() << "\n";
     mSite.Start();
     for (std::size_t i = 0; i < std::size(outside); ++i) {
         const auto error = test::ErrorOf([&] { gEngine->LreadFile("N" + std::to_string(i), 1); });
