@@ -4,7 +4,7 @@
 
 #include "platform/error.h"
 #include "platform/file.h"
-#include "platform/windows_text.h"
+#include "platform/text_windows.h"
 
 namespace platform {
 
@@ -116,6 +116,19 @@ bool ReadPiece(HANDLE file, std::uint64_t offset, std::span<std::byte> piece, DW
     }
 }
 
+/// Whether path still leads to the file that was opened by it.
+bool IsStillAt(HANDLE opened, const std::string& path) {
+    const HANDLE named = OpenShared(FoundPath(path), FILE_READ_ATTRIBUTES, OPEN_EXISTING);
+    if (named == INVALID_HANDLE_VALUE) return false;
+    BY_HANDLE_FILE_INFORMATION a{};
+    BY_HANDLE_FILE_INFORMATION b{};
+    const bool areKnown =
+        GetFileInformationByHandle(opened, &a) != 0 && GetFileInformationByHandle(named, &b) != 0;
+    CloseHandle(named);
+    return areKnown && a.dwVolumeSerialNumber == b.dwVolumeSerialNumber &&
+           a.nFileIndexHigh == b.nFileIndexHigh && a.nFileIndexLow == b.nFileIndexLow;
+}
+
 /// As much as one call transfers.
 std::size_t PieceLength(std::size_t left) {
     constexpr std::size_t LongestPiece = std::size_t{1} << 30U;
@@ -134,8 +147,8 @@ bool FileExists(std::string_view path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & NoOrdinaryFile) == 0;
 }
 
-/// The name goes when the lock does: of two programs that want to delete a file, or to delete it and to use
-/// it, one alone gets its way.
+/// The lock is held until the name is gone: of two programs that want to delete a file, or to delete it and
+/// to use it, one alone gets its way.
 void RemoveFile(std::string_view path) {
     const auto file = File::Open(path, File::Mode::ReadWrite);
     if (!file->TryLock(File::Lock::Exclusive)) throw Error(PermissionDenied).WithPath(path);
@@ -216,10 +229,20 @@ void File::Sync() {
     if (mWritable && FlushFileBuffers(Handle(mHandle)) == 0) throw TransferError(mPath);
 }
 
+/// A lock on a file whose name has gone would keep nobody out. Other programs lock ranges of bytes in place of
+/// the whole file, as Access does beyond the end of its .ldb: they must be free at this moment.
 bool File::TryLock(Lock kind) {
-    const DWORD flags = LOCKFILE_FAIL_IMMEDIATELY | (kind == Lock::Exclusive ? LOCKFILE_EXCLUSIVE_LOCK : 0);
+    const bool isShared = kind == Lock::Shared;
+    const DWORD flags = LOCKFILE_FAIL_IMMEDIATELY | (isShared ? 0 : LOCKFILE_EXCLUSIVE_LOCK);
+    constexpr auto RangeLow = static_cast<DWORD>(LockPosition);
+    constexpr auto RangeHigh = static_cast<DWORD>(LockPosition >> 32U);
+    OVERLAPPED bytes = At(0);
+    if (LockFileEx(Handle(mHandle), flags, 0, RangeLow, RangeHigh, &bytes) == 0) return false;
+    UnlockFileEx(Handle(mHandle), 0, RangeLow, RangeHigh, &bytes);
+
     OVERLAPPED place = At(LockPosition);
-    return LockFileEx(Handle(mHandle), flags, 0, 1, 0, &place) != 0;
+    if (LockFileEx(Handle(mHandle), flags, 0, 1, 0, &place) == 0) return false;
+    return isShared || IsStillAt(Handle(mHandle), mPath);
 }
 
 }  // namespace platform

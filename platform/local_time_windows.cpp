@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include "platform/local_time.h"
-#include "platform/windows_text.h"
+#include "platform/text_windows.h"
 
 namespace platform {
 

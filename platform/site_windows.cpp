@@ -5,7 +5,7 @@
 
 #include "platform/path_names.h"
 #include "platform/site.h"
-#include "platform/windows_text.h"
+#include "platform/text_windows.h"
 
 namespace platform {
 

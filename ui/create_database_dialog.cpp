@@ -1,9 +1,9 @@
 #include "ui/create_database_dialog.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <filesystem>
 
 #include "platform/error.h"
 #include "platform/file.h"
@@ -17,8 +17,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace ui {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// Stays open when the folder that was typed does not exist.
 class SaveDialog : public QFileDialog {
@@ -60,13 +58,11 @@ bool IsLockedElsewhere(const std::string& path) {
 
 /// Access keeps a lock file beside a database as long as somebody has it open.
 bool HasLiveLockFile(const std::string& path) {
-    const fs::path lockFile = fs::path(path).replace_extension(".ldb");
-    std::error_code failure;
-    const auto locked = fs::last_write_time(lockFile, failure);
-    if (failure) return false;
-    if (IsLockedElsewhere(lockFile.string())) return true;
-    const auto written = fs::last_write_time(path, failure);
-    return !failure && locked > written;
+    const QFileInfo database(FromUtf8(path));
+    const QFileInfo lockFile(database.dir(), database.completeBaseName() % u".ldb"_s);
+    if (!lockFile.exists()) return false;
+    if (IsLockedElsewhere(lockFile.filePath().toStdString())) return true;
+    return database.exists() && lockFile.lastModified() > database.lastModified();
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "platform/jet/pending_entries.h"
 
 #include <algorithm>
-#include <bit>
+#include <array>
 #include <cstring>
 #include <functional>
 
@@ -14,9 +14,11 @@ constexpr std::size_t HashNodeBytes = 48;
 
 /// The first eight bytes as a number that compares as they do.
 std::uint64_t Head(std::string_view entry) {
+    std::array<unsigned char, sizeof(std::uint64_t)> bytes{};
+    std::memcpy(bytes.data(), entry.data(), std::min(entry.size(), bytes.size()));
     std::uint64_t head = 0;
-    std::memcpy(&head, entry.data(), std::min(entry.size(), sizeof head));
-    return std::endian::native == std::endian::little ? __builtin_bswap64(head) : head;
+    for (const unsigned char byte : bytes) head = head << 8U | byte;
+    return head;
 }
 
 struct Sortable {

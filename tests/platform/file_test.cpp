@@ -3,7 +3,6 @@
 #include <array>
 #include <gtest/gtest.h>
 
-#include "platform/bounded_call.h"
 #include "tests/support/expect_error.h"
 #include "tests/support/scratch.h"
 
@@ -86,18 +85,6 @@ TEST(Files, ALockOnALostNameIsNone) {
         if (isReplaced) test::WriteBytes(folder / "data", "y");
         EXPECT_FALSE(file->TryLock(File::Lock::Exclusive));
     }
-}
-
-TEST(Files, AShareThatHangsIsGivenUp) {
-    const test::ScratchFolder folder;
-    SetCallPatience(std::chrono::milliseconds(50));
-    // Nobody ever writes into this pipe.
-    const std::string pipe = (folder / "pipe").string();
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe, File::Mode::ReadOnly); }).Number, 57);
-    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe, File::Mode::ReadOnly); }).Path, pipe);
-    SetCallPatience(std::chrono::minutes(1));
-    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe + "2", File::Mode::ReadOnly); }).Number, 53);
 }
 
 TEST(Files, RemoveAndExist) {

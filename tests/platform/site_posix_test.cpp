@@ -1,8 +1,14 @@
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include "platform/bounded_call.h"
+#include "platform/file.h"
 #include "platform/share_mounts.h"
 #include "platform/site.h"
+#include "tests/support/expect_error.h"
 #include "tests/support/scratch.h"
 
 namespace platform {
@@ -71,6 +77,32 @@ TEST_F(SharePaths, ListedNamesComeAsTheFolderHoldsThem) {
     EXPECT_EQ(ListedName(R"(c:\PROGRAM FILES)"), "Program Files");
     EXPECT_EQ(ListedName(In("share") + "/"), ".");
     EXPECT_EQ(ListedName(In("nothing")), "");
+}
+
+TEST(Shares, AShareThatHangsIsGivenUp) {
+    const test::ScratchFolder folder;
+    SetCallPatience(std::chrono::milliseconds(50));
+    // Nobody ever writes into this pipe.
+    const std::string pipe = (folder / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe, File::Mode::ReadOnly); }).Number, 57);
+    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe, File::Mode::ReadOnly); }).Path, pipe);
+    SetCallPatience(std::chrono::minutes(1));
+    EXPECT_EQ(test::ErrorOf([&] { File::Open(pipe + "2", File::Mode::ReadOnly); }).Number, 53);
+}
+
+TEST(Locks, OfAByteBeyondTheEndAreSeen) {
+    const test::ScratchFolder folder;
+    test::WriteBytes(folder / "a.ldb", "x");
+    const auto file = File::Open((folder / "a.ldb").string(), File::Mode::ReadWrite);
+    const int other = open((folder / "a.ldb").c_str(), O_RDWR | O_CLOEXEC);
+    struct flock byte {};
+    byte.l_type = F_WRLCK;
+    byte.l_start = 0x10000001;  // as Access locks its .ldb
+    byte.l_len = 1;
+    ASSERT_EQ(fcntl(other, F_OFD_SETLK, &byte), 0);
+    EXPECT_FALSE(file->TryLock(File::Lock::Exclusive));
+    close(other);
 }
 
 TEST(ShareMounts, AreFoundInTheMountTable) {

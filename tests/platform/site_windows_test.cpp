@@ -99,6 +99,15 @@ TEST_F(Sharing, OthersReadWriteAndDeleteWhatIsOpenHere) {
     EXPECT_NE(DeleteFileW((mFolder / "data").c_str()), 0);
 }
 
+TEST_F(Sharing, ALockBeyondTheEndIsSeen) {
+    OpenElsewhere(FILE_SHARE_READ | FILE_SHARE_WRITE);
+    const auto file = File::Open(Path(), File::Mode::ReadWrite);
+    ASSERT_NE(LockFile(mOther, 0x10000001, 0, 1, 0), 0) << "as Access locks its .ldb";
+    EXPECT_FALSE(file->TryLock(File::Lock::Exclusive));
+    ASSERT_NE(UnlockFile(mOther, 0x10000001, 0, 1, 0), 0);
+    EXPECT_TRUE(file->TryLock(File::Lock::Exclusive));
+}
+
 TEST_F(Sharing, WhatOthersKeepToThemselvesIsRefused) {
     OpenElsewhere(0);
     EXPECT_EQ(test::ErrorOf([&] { File::Open(Path(), File::Mode::ReadWrite); }).Number, 70);

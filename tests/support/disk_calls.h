@@ -1,6 +1,6 @@
 // The calls by which this program reads and changes files, seen by a test as they are made. A test program
-// that links disk_calls_posix.cpp or disk_calls_windows.cpp has its own pread, pwrite, ftruncate and fsync,
-// or ReadFile, WriteFile, SetEndOfFile and FlushFileBuffers, in front of the system's.
+// that links disk_calls_posix.cpp or disk_calls_windows.cpp has its own pread, pwrite, ftruncate and fsync, or
+// ReadFile, WriteFile, SetEndOfFile and FlushFileBuffers, in front of the system's.
 #pragma once
 
 #include <functional>
