@@ -142,15 +142,6 @@ TEST(Links, AMissingLinkFileIsCreatedEmpty) {
     EXPECT_EQ(std::filesystem::file_size(site.InShare("LINKSFILE")), 0U);
 }
 
-TEST(Links, TheFirstOfEqualNamesCountsAndAnEntryWithoutNameDoesNot) {
-    test::SiteBuilder site;
-    site.Links = test::LinkEntry("", "KSW:D09") + test::LinkEntry(":D01:A", "KSW:D01") +
-                 test::LinkEntry(":d01:a", "KSW:D02");
-    site.Start();
-    EXPECT_EQ(gLinks->Count(), 1);
-    EXPECT_EQ(gLinks->Item(1)->ResolutionFile, "KSW:D01");
-}
-
 TEST(Links, ALinkFileThatCannotBeOpenedEndsTheStart) {
     test::SiteBuilder site;
     site.Links.reset();
