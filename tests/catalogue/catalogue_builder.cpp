@@ -2,73 +2,52 @@
 
 namespace test {
 
-using dao::FieldType;
+using enum dao::FieldType;
 
 CatalogueBuilder::CatalogueBuilder(const std::filesystem::path& file, const std::u16string& omitted)
     : mDatabase(std::filesystem::exists(file)
                     ? dao::OpenDatabase(file.string())
                     : dao::CreateDatabase(file.string(), ";LANGID=0x0409;CP=1252;COUNTRY=0")),
       mOmitted(omitted) {
-    AddTable(u"VantoraFileDefinitions",
-             {{u"TableName", FieldType::Text},
-              {u"RowNumber", FieldType::Long},
-              {u"FieldName", FieldType::Text},
-              {u"FieldType", FieldType::Text},
-              {u"FieldLength", FieldType::Integer},
-              {u"StartPosition", FieldType::Integer},
-              {u"FieldSpecifier", FieldType::Integer}},
-             {u"TableName", u"RowNumber"});
-    AddTable(u"LogicalMap",
-             {{u"TableName", FieldType::Text},
-              {u"TableHierarchy", FieldType::Text},
-              {u"KeyFile", FieldType::Text},
-              {u"DataFile1", FieldType::Text},
-              {u"DataFile2", FieldType::Text},
-              {u"DataFile3", FieldType::Text},
-              {u"DataFile4", FieldType::Text},
-              {u"LogicalIndex", FieldType::Text},
-              {u"StartingStatus", FieldType::Long},
-              {u"EndingStatus", FieldType::Long},
-              {u"IndexFieldinDataFile", FieldType::Text},
-              {u"RowNumber", FieldType::Long}},
-             {u"TableName", u"RowNumber"});
-    AddTable(u"LogicalIndexDefinition",
-             {{u"KeyName", FieldType::Text},
-              {u"KeyFieldDescription", FieldType::Text},
-              {u"DataType", FieldType::Text},
-              {u"StartValue", FieldType::Long},
-              {u"EndValue", FieldType::Long},
-              {u"Size", FieldType::Integer},
-              {u"overrideEnd", FieldType::Long},
-              {u"overrideStart", FieldType::Long}},
-             {u"KeyName"});
-    AddTable(u"LogicalIndex",
-             {{u"TableName", FieldType::Text},
-              {u"IndexName", FieldType::Text},
-              {u"RowNumber", FieldType::Long},
-              {u"Primary", FieldType::Boolean},
-              {u"Unique", FieldType::Boolean},
-              {u"FieldName", FieldType::Text},
-              {u"Descending", FieldType::Boolean}},
-             {u"TableName", u"IndexName", u"RowNumber"});
-    AddTable(u"LogicalRelations",
-             {{u"RelationName", FieldType::Text},
-              {u"RowNumber", FieldType::Long},
-              {u"TableName", FieldType::Text},
-              {u"ForeignTable", FieldType::Text},
-              {u"Type", FieldType::Integer},
-              {u"FieldName", FieldType::Text},
-              {u"ForeignName", FieldType::Text}},
-             {u"RelationName", u"RowNumber"});
+    const Column fields[]{{u"TableName", Text},        {u"RowNumber", Long},      {u"FieldName", Text},
+                          {u"FieldType", Text},        {u"FieldLength", Integer}, {u"StartPosition", Integer},
+                          {u"FieldSpecifier", Integer}};
+    AddTable(u"VantoraFileDefinitions", fields, {u"TableName", u"RowNumber"});
+    const Column map[]{{u"TableName", Text},
+                       {u"TableHierarchy", Text},
+                       {u"KeyFile", Text},
+                       {u"DataFile1", Text},
+                       {u"DataFile2", Text},
+                       {u"DataFile3", Text},
+                       {u"DataFile4", Text},
+                       {u"LogicalIndex", Text},
+                       {u"StartingStatus", Long},
+                       {u"EndingStatus", Long},
+                       {u"IndexFieldinDataFile", Text},
+                       {u"RowNumber", Long}};
+    AddTable(u"LogicalMap", map, {u"TableName", u"RowNumber"});
+    const Column keys[]{{u"KeyName", Text},     {u"KeyFieldDescription", Text},
+                        {u"DataType", Text},    {u"StartValue", Long},
+                        {u"EndValue", Long},    {u"Size", Integer},
+                        {u"overrideEnd", Long}, {u"overrideStart", Long}};
+    AddTable(u"LogicalIndexDefinition", keys, {u"KeyName"});
+    const Column indexes[]{{u"TableName", Text},    {u"IndexName", Text}, {u"RowNumber", Long},
+                           {u"Primary", Boolean},   {u"Unique", Boolean}, {u"FieldName", Text},
+                           {u"Descending", Boolean}};
+    AddTable(u"LogicalIndex", indexes, {u"TableName", u"IndexName", u"RowNumber"});
+    const Column relations[]{{u"RelationName", Text}, {u"RowNumber", Long}, {u"TableName", Text},
+                             {u"ForeignTable", Text}, {u"Type", Integer},   {u"FieldName", Text},
+                             {u"ForeignName", Text}};
+    AddTable(u"LogicalRelations", relations, {u"RelationName", u"RowNumber"});
 }
 
-void CatalogueBuilder::AddTable(const std::u16string& name, std::initializer_list<Column> columns,
+void CatalogueBuilder::AddTable(const std::u16string& name, std::span<const Column> columns,
                                 std::initializer_list<std::u16string> primaryKey) {
     const auto table = mDatabase->CreateTableDef(name);
     for (const Column& column : columns) {
         if (column.Name != mOmitted) table->AppendField(table->CreateField(column.Name, column.Type));
     }
-    table->AppendField(table->CreateField(u"Remark", FieldType::Memo));
+    table->AppendField(table->CreateField(u"Remark", Memo));
     mDatabase->TableDefs().Append(table);
     const auto appended = mDatabase->TableDefs().Item(name);
     dao::Index further = appended->CreateIndex(u"Further");

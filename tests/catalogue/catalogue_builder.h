@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -63,7 +64,7 @@ class CatalogueBuilder {
         dao::FieldType Type;
     };
 
-    void AddTable(const std::u16string& name, std::initializer_list<Column> columns,
+    void AddTable(const std::u16string& name, std::span<const Column> columns,
                   std::initializer_list<std::u16string> primaryKey);
     void AddRow(const std::u16string& table,
                 std::initializer_list<std::pair<std::u16string, dao::Value>> values);

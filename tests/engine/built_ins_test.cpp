@@ -98,6 +98,7 @@ TEST(TextBuiltIns, SplitDropsEmptyFieldsAndThoseWithTheDelimiter) {
     EXPECT_EQ(Split("a,b", ",", 1), Pieces{});
     EXPECT_EQ(Split("a,b", ",", 0), Pieces{});
     EXPECT_EQ(Split("", ","), Pieces{});
+    EXPECT_EQ(Split("a,b", ""), Pieces{});
     EXPECT_EQ(Split("1x2X3", "x", -1, 0), (Pieces{"1", "2X3"}));
     EXPECT_EQ(Split("1x2X3", "x", -1, 1), (Pieces{"1", "2", "3"}));
     EXPECT_EQ(Split("1andn2", "nd"), (Pieces{"1a", "n2"}));
@@ -107,8 +108,8 @@ TEST(TextBuiltIns, SplitDropsEmptyFieldsAndThoseWithTheDelimiter) {
 
 TEST(HexDumps, ShowSixteenBytesALine) {
     EXPECT_EQ(HexDump(""), "");
-    EXPECT_EQ(HexDump(Hex("41 7F 91 80 A0 1F 20")),
-              "000001 41 7F 91 80 A0 1F 20" + std::string(28, ' ') + "  A.\x91.\xA0. \r\n");
+    EXPECT_EQ(HexDump(Hex("41 7F 91 80 A0 1F 92")),
+              "000001 41 7F 91 80 A0 1F 92" + std::string(28, ' ') + "  A.\x91.\xA0.\x92\r\n");
     const std::string full = "0123456789abcdef";
     EXPECT_EQ(HexDump(full + "x"),
               "000001 30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66   0123456789abcdef\r\n"

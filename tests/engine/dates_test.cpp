@@ -137,21 +137,22 @@ TEST_F(Statement, ReplacesTheFirstFourCodeCharacters) {
 }
 
 TEST_F(Statement, TurnsADayNumberIntoADate) {
-    mVar2 = 11689;
-    Run(11);
-    EXPECT_EQ(std::get<OleDate>(mVar6), Date(2000, 1, 1));
-    EXPECT_EQ(Number(mVar3), 1);
-    EXPECT_EQ(Number(mVar4), 1);
-    EXPECT_EQ(Number(mVar5), 0);
-    mVar2 = 0;
-    Run(11);
-    EXPECT_EQ(std::get<OleDate>(mVar6), Date(1968, 1, 1));
-    EXPECT_EQ(Number(mVar5), 68);
-    mVar2 = -1;
-    Run(11);
-    EXPECT_EQ(std::get<OleDate>(mVar6), Date(1967, 12, 30));
-    mVar2 = 99999999;
-    EXPECT_EQ(test::ErrorOf([&] { Run(11); }).Number, 5);
+    // A text or a date counts as the number that it reads as or is; nothing counts as 0.
+    const std::pair<StmaValue, OleDate> cases[]{
+        {11689, Date(2000, 1, 1)}, {ByteString("11689"), Date(2000, 1, 1)},
+        {0, Date(1968, 1, 1)},     {{}, Date(1968, 1, 1)},
+        {-1, Date(1967, 12, 30)},  {OleDate{-1}, Date(1967, 12, 30)}};
+    for (const auto& [given, date] : cases) {
+        mVar2 = given;
+        Run(11);
+        EXPECT_EQ(std::get<OleDate>(mVar6), date);
+        EXPECT_EQ(Date(1900 + Number(mVar5) + (Number(mVar5) < 60 ? 100 : 0), Number(mVar3), Number(mVar4)),
+                  date);
+    }
+    for (const std::int32_t outside : {99999999, -99999999}) {
+        mVar2 = outside;
+        EXPECT_EQ(test::ErrorOf([&] { Run(11); }).Number, 5);
+    }
 }
 
 TEST_F(Statement, TurnsMonthDayAndYearIntoADayNumber) {
@@ -165,8 +166,10 @@ TEST_F(Statement, TurnsMonthDayAndYearIntoADayNumber) {
         Run(12);
         EXPECT_EQ(Number(mVar2), c.Number);
     }
-    mVar4 = 99;
-    EXPECT_EQ(test::ErrorOf([&] { Run(12); }).Number, 13);
+    for (const StmaValue& day : {StmaValue{99}, StmaValue{NullDate()}, StmaValue{}}) {
+        mVar4 = day;
+        EXPECT_EQ(test::ErrorOf([&] { Run(12); }).Number, 13);
+    }
     mVar3 = ByteString("x");
     EXPECT_EQ(test::ErrorOf([&] { Run(12); }).Number, 13);
 }

@@ -44,7 +44,7 @@ TEST(FieldCodec, WritesTheLowBytesInPlaceAndReadsThemBack) {
 }
 
 TEST(FieldCodec, UnknownOpcodesAreShownInUpperCase) {
-    for (const char* text : {"", "x", "cc", "A", "\xE9"}) {
+    for (const char* text : {"", "x", "cc", "A", "\xE9", "\x80"}) {
         ByteString opcode = text;
         ByteString data = "1234";
         const auto reading = ErrorOf([&] { Unpack(opcode, data, 99); });
@@ -89,7 +89,7 @@ TEST(FieldCodec, OrderOfTheChecks) {
         {'L', 2, 31},      {'L', 1, 0},           {'B', 0, 5},
         {'L', 0, 5},       {'J', 0, 5},           {'L', -100, 5},
         {'B', Highest, 6}, {'L', Highest - 3, 6}, {'L', Highest - 4, 31},
-        {'J', Highest, 5},
+        {'J', Highest, 5}, {'?', 1, 100},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(test::NumberRaised([&] { iUnpack(c.Opcode, "1234", c.Position); }), c.Number)
@@ -98,6 +98,7 @@ TEST(FieldCodec, OrderOfTheChecks) {
     ByteString data = "1234";
     EXPECT_EQ(test::NumberRaised([&] { iPack('J', data, 0, Highest); }), 6);
     EXPECT_EQ(test::NumberRaised([&] { iPack('J', data, 0, 5); }), 31);
+    EXPECT_EQ(test::NumberRaised([&] { iPack('?', data, 0, 1); }), 100);
     EXPECT_EQ(test::NumberRaised([&] { iPack('J', data, 0, 0); }), 5);
     EXPECT_EQ(data, "1234");
 }

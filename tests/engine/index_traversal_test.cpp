@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/index_layout.h"
 #include "tests/engine/index_builder.h"
 #include "tests/engine/site_builder.h"
 #include "tests/support/expect_error.h"
@@ -205,6 +206,8 @@ TEST_F(Traversal, BuffersThatNobodyFilled) {
     EXPECT_EQ(test::ErrorOf([&] { gEngine->KPrev(none, mBuff, mKey, mRec); }).Number, 91);
     EXPECT_EQ(test::ErrorOf([&] { gEngine->KLast(none, mBuff, mKey, mRec); }).Number, 91);
     EXPECT_EQ(test::ErrorOf([&] { gEngine->KCount(none); }).Number, 91);
+    EXPECT_EQ(test::ErrorOf([&] { ReadBlock(mFile->OpenFile, 0, -1, mBuff); }).Number, 5);
+    EXPECT_EQ(test::ErrorOf([&] { ReadBlock(mFile->OpenFile, 0, 512, mKey); }).Number, 5);  // no room for one
 }
 
 struct RandomCase {

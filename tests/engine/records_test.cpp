@@ -184,6 +184,9 @@ TEST_F(Records, InitFileLeavesOtherTypesAlone) {
     gEngine->InitFile(mFile, 16);
     ExpectChanges({});
     mFile->FileType = "L";
+    mFile->RecordLength = -1;
+    EXPECT_EQ(ErrorOf([&] { gEngine->InitFile(mFile); }).Number, 5);
+    mFile->RecordLength = Length;
     mFile->OpenFile.reset();
     EXPECT_EQ(ErrorOf([&] { gEngine->InitFile(mFile); }).Source, "iwriteFile");
 }

@@ -67,6 +67,7 @@ TEST(SiteConfiguration, ExpandsEveryComponentToTheListedName) {
     EXPECT_EQ(ExpandLongPath(path), path);
     EXPECT_EQ(ExpandLongPath(path + separator), path + separator + ".");
     if (separator != '/') return;  // the system itself has drives
+    EXPECT_EQ(ExpandLongPath("/"), "/.");
     const test::ScopedVariable config("XDG_CONFIG_HOME", site.InTemp("config").string());
     test::WriteBytes(site.InTemp("config/Vantora.conf"),
                      "[Drives]\nC=" + site.InTemp("drive").string() + "\n");
@@ -159,7 +160,10 @@ TEST(EngineLife, ItsEndClosesFilesAndReleasesTheSite) {
     EXPECT_FALSE(gSystem);
     EXPECT_FALSE(gOpenFiles);
     EXPECT_EQ(test::ErrorOf([&] { file->ActiveCount(); }).Number, 52);
+    ByteString path = R"(\\SRV1\KSTLLNK\DATA)";
     EXPECT_EQ(test::ErrorOf([&] { cBusinessBasic engine(site.Window); }).Number, 91);
+    EXPECT_EQ(test::ErrorOf([&] { iLogicalOpen("PLAIN"); }).Number, 91);
+    EXPECT_EQ(test::ErrorOf([&] { iOpenFile(path); }).Number, 91);
 }
 
 TEST(EngineLife, LoadingAgainReplacesTheEngine) {

@@ -28,9 +28,9 @@ TEST(EndValue, TheEmptyValueCountsAsZero) {
 
 TEST(EndValue, ATextComparesAsTheNumberThatItReadsAs) {
     const std::vector<std::pair<std::string, bool>> cases{
-        {"201", true},    {" 201 ", true}, {"+201", true}, {"200.5", true},  {"2.5E2", true},
-        {"200", false},   {"-201", false}, {"", false},    {"ZZZ", false},   {"999-999", false},
-        {"201 A", false}, {".", false},    {"E9", false},  {"1E999", false},
+        {"201", true},      {" 201 ", true},  {"+201", true},  {"200.5", true}, {"2.5E2", true},
+        {"2.5e+2", true},   {"200", false},   {"-201", false}, {"", false},     {"ZZZ", false},
+        {"999-999", false}, {"201 A", false}, {".", false},    {"E9", false},   {"1E999", false},
     };
     for (const auto& [text, exceeds] : cases) {
         EXPECT_EQ(Exceeds(ColumnValue{text}, End), exceeds) << text;
@@ -48,6 +48,7 @@ TEST(EndValue, ColumnsCompareAsNumbersAndNullNever) {
     EXPECT_TRUE(Exceeds(dao::Value{platform::OleDate{201}}, End));
     EXPECT_TRUE(Exceeds(dao::Value{true}, -2));
     EXPECT_FALSE(Exceeds(dao::Value{true}, -1));
+    EXPECT_FALSE(Exceeds(dao::Value{false}, 0));
 }
 
 }  // namespace

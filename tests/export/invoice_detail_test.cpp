@@ -125,6 +125,7 @@ TEST_F(InvoiceDetail, AChainWithoutLinesGivesNone) {
     Expand({{.Sequence = 2, .Link = 2}, {.Sequence = 1, .Link = 9}}, 1);
     EXPECT_EQ(Lines.Count(), 0);
     EXPECT_EQ(Rec, 9);
+    for (const int line : {0, 1}) EXPECT_EQ(test::NumberRaised([&] { Lines.Line(line); }), 9);
 }
 
 TEST_F(InvoiceDetail, ALinkOutsideTheFileRaises) {

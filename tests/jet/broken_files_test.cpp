@@ -107,6 +107,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Break{"ObjectsDefinitionIsADataPage", 2, 0, 0x0D480101, 3049},
                     Break{"ObjectsDefinitionTooLong", 2, 8, 0x7FFFFFFF, 3049},
                     Break{"AcesDefinitionRunsInACircle", 3, 4, 3, 3049},
+                    Break{"VariableColumnsBeyondAllColumns", 16, 0x29, 0x00050003, 3428},
+                    Break{"LongOfAnotherSize", 16, 108, 0x00050000, 3428},
+                    Break{"IndexOfAMissingColumn", 16, 192, 0xFF010063, 3428},
                     Break{"OwnedMapOnNoDataPage", 16, 0x37, 0x00001000, 3428},
                     Break{"OwnedMapSlotMissing", 16, 0x37, 0x000011FF, 3428},
                     Break{"OwnedMapOnATablesPage", 16, 0x37, 0x00000E00, 3428},
@@ -126,12 +129,13 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(BrokenFiles, ALongValueMayNotClaimMoreThanTheFile) {
     // The first row's memo has length 0; the last 12 bytes before its trailer of 10 bytes are the reference.
     std::string bytes = mBytes;
-    const std::size_t firstRow = LoadU16(At(bytes, mFirstRow.Page, 14)) & RowStartMask;
     ASSERT_EQ(LoadU32(At(bytes, mFirstRow.Page, PageSize - 21)), 0x80000000U);
-    for (const std::uint32_t length : {0x3FFFFFFFU, 0x7FFFFFFFU, 0x00100000U, 0xBFFFFFFFU}) {
+    for (const std::uint32_t length : {0x3FFFFFFFU, 0x7FFFFFFFU, 0x00100000U, 0xBFFFFFFFU, 0x80000001U}) {
         StoreU32(At(bytes, mFirstRow.Page, PageSize - 21), length);
-        EXPECT_EQ(ReadEverything(bytes), 3428) << length << " row at " << firstRow;
+        EXPECT_EQ(ReadEverything(bytes), 3428) << length;
     }
+    StoreU32(At(bytes, mFirstRow.Page, PageSize - 21), 0);
+    EXPECT_EQ(ReadEverything(bytes), 0) << "no text, and no piece that holds it";
 }
 
 TEST_F(BrokenFiles, AChainOfPiecesThatRunsInACircleEnds) {

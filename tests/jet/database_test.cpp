@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/jet/bytes.h"
+#include "platform/jet/errors.h"
 #include "tests/jet/database_fixture.h"
 
 namespace jet {
@@ -110,6 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BadTable{"LongText", u"U", {{u"A", ColumnType::Text, 256}}, 3271},
                     BadTable{"LongBinary", u"U", {{u"A", ColumnType::Binary, 511}}, 3271},
                     BadTable{"UnknownType", u"U", {{u"A", static_cast<ColumnType>(0)}}, 3259},
+                    BadTable{"NumericColumn", u"U", {{u"A", ColumnType::Numeric}}, 3259},
                     BadTable{"TooManyColumns", u"U", std::vector<ColumnSpec>(256, Plain), 3190}),
     [](const auto& tested) { return tested.param.Name; });
 
@@ -117,6 +119,7 @@ TEST_F(Databases, SayWhichColumnStandsTwice) {
     Create();
     const auto make = [&] { mDatabase->CreateTable(u"Orders", {Plain, {u"a", ColumnType::Text}}); };
     EXPECT_EQ(ErrorOf(make).Description, "Field 'a' already exists in table 'Orders'.");
+    EXPECT_EQ(DataError(1).Description, "Reserved error.");
 }
 
 struct BadIndex {

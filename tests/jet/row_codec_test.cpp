@@ -157,17 +157,20 @@ INSTANTIATE_TEST_SUITE_P(Places, BrokenRows,
                                          BrokenRow{"HugeVariableCount", Version::Jet4, -3, 0xFF},
                                          BrokenRow{"HugeColumnCount", Version::Jet4, 1, 0xFF},
                                          BrokenRow{"EndOfValuesOutside3", Version::Jet3, -6, 0x40},
+                                         BrokenRow{"OffsetsNotAscending3", Version::Jet3, -5, 0xFF},
                                          BrokenRow{"VariableCount3", Version::Jet3, -3, 0xFF},
                                          BrokenRow{"ColumnCount3", Version::Jet3, 0, 0xFF}),
                          [](const auto& tested) { return tested.param.Name; });
 
 TEST_F(Rows, CutAnywhereAreAnErrorOrShorterButNeverReadOutside) {
-    const std::string row = test::FromHex(Jet4Row);
-    const auto file = FileOf(Version::Jet4);
-    const TableDef table = NineColumns(100);
-    for (std::size_t length = 0; length < row.size(); ++length) {
-        const int number = test::NumberRaised([&] { Decode(*file, table, row.substr(0, length)); });
-        EXPECT_TRUE(number == 0 || number == 3428) << length;
+    for (const Version version : {Version::Jet4, Version::Jet3}) {
+        const std::string row = test::FromHex(version == Version::Jet4 ? Jet4Row : Jet3Row);
+        const auto file = FileOf(version);
+        const TableDef table = NineColumns(version == Version::Jet4 ? 100 : 50);
+        for (std::size_t length = 0; length < row.size(); ++length) {
+            const int number = test::NumberRaised([&] { Decode(*file, table, row.substr(0, length)); });
+            EXPECT_TRUE(number == 0 || number == 3428) << length;
+        }
     }
 }
 
@@ -231,6 +234,8 @@ INSTANTIATE_TEST_SUITE_P(Values, Texts,
 TEST(CompressedTexts, SwitchToPairsAndBack) {
     const std::string stored = test::FromHex("FF FE 61 62 00 AC 20 38 04 00 63");
     EXPECT_EQ(DecodeText(Bytes(stored), Version::Jet4), u"ab\u20AC\u0438c");
+    const std::string endsInHalfAPair = test::FromHex("FF FE 61 00 AC");
+    EXPECT_EQ(DecodeText(Bytes(endsInHalfAPair), Version::Jet4), u"a");
 }
 
 }  // namespace

@@ -68,7 +68,19 @@ TEST_F(UsageMaps, APageBeyondTheBitmapTurnsTheRowIntoReferences) {
     EXPECT_EQ(row.size(), 69U);
     EXPECT_EQ(test::ToHex(row.substr(0, 9)), "01 E8 03 00 00 00 00 00 00") << "bitmap page 1000";
     EXPECT_EQ(test::ToHex({reinterpret_cast<const char*>(mFile->Read(1000).Data()), 5}), "05 01 00 00 80");
-    EXPECT_FALSE(UsageMap(*mFile, {GlobalMapPage, 0}).Contains(1000)) << "a bitmap page is in use";
+    const UsageMap free(*mFile, {GlobalMapPage, 0});
+    EXPECT_FALSE(free.Contains(1000)) << "a bitmap page is in use";
+
+    mMap.MoveTo(MakeMap());
+    EXPECT_TRUE(free.Contains(1000)) << "it moved with its map";
+    EXPECT_EQ(mMap.BitmapPageCount(), 1U);
+    EXPECT_THAT(Pages(), testing::ElementsAre(7, 300, 512));
+    mMap.Add(40'000);
+    EXPECT_EQ(mMap.Last(), 40'000U);
+    for (const std::uint32_t page : {40'000U, 512U}) mMap.Remove(page);
+    EXPECT_EQ(mMap.Last(), 300U);
+    for (const std::uint32_t page : {300U, 7U}) mMap.Remove(page);
+    EXPECT_EQ(mMap.Last(), std::nullopt);
 }
 
 TEST_F(UsageMaps, RemembersAnySetOfPages) {
