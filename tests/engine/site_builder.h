@@ -17,18 +17,6 @@
 
 namespace test {
 
-/// One LINKSFILE entry of 160 bytes.
-inline std::string LinkEntry(const std::string& name, const std::string& resolution) {
-    return "?" + Padded(name, 79) + "?" + Padded(resolution, 79);
-}
-
-/// One directory entry of 32 bytes. The name field is NULs behind the name, so the flags are 0.
-inline std::string DirectoryEntryBytes(const std::string& name, std::int32_t firstBlock,
-                                       std::int32_t recordLength, char type, std::int32_t lastRecord) {
-    return Padded(name, 10, '\0') + Big(firstBlock, 3) + Big(recordLength, 2) + type + Big(lastRecord, 4) +
-           Nul(12);
-}
-
 class SiteBuilder {
   public:
     SiteBuilder() {

@@ -139,9 +139,7 @@ ssize_t pread(int file, void* bytes, size_t count, off_t at) {
     const ssize_t allowed = Allowed("read", file, count);
     return allowed < 0 ? -1 : syscall(SYS_pread64, file, bytes, allowed, at);
 }
-ssize_t pread64(int file, void* bytes, size_t count, off_t at) {
-    return pread(file, bytes, count, at);
-}
+ssize_t pread64(int file, void* bytes, size_t count, off_t at) __attribute__((alias("pread")));
 ssize_t read(int file, void* bytes, size_t count) {
     const ssize_t allowed = Allowed("read", file, count);
     return allowed < 0 ? -1 : syscall(SYS_read, file, bytes, allowed);
@@ -151,16 +149,12 @@ ssize_t pwrite(int file, const void* bytes, size_t count, off_t at) {
     const ssize_t allowed = Allowed("write", file, count);
     return allowed < 0 ? -1 : syscall(SYS_pwrite64, file, bytes, allowed, at);
 }
-ssize_t pwrite64(int file, const void* bytes, size_t count, off_t at) {
-    return pwrite(file, bytes, count, at);
-}
+ssize_t pwrite64(int file, const void* bytes, size_t count, off_t at) __attribute__((alias("pwrite")));
 
 int ftruncate(int file, off_t length) noexcept {
     return MayGoOn("truncate", PathOf(file)) ? Call(SYS_ftruncate, file, length) : -1;
 }
-int ftruncate64(int file, off_t length) noexcept {
-    return ftruncate(file, length);
-}
+int ftruncate64(int file, off_t length) noexcept __attribute__((alias("ftruncate")));
 
 int fsync(int file) {
     return MayGoOn("sync", PathOf(file)) ? Call(SYS_fsync, file) : -1;

@@ -1,16 +1,14 @@
 // Keyed indexes and records of any bytes. An input: how the file is described, its last record, a key length,
 // twelve steps to take, then the container.
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <unistd.h>
 
 #include "engine/index_traversal.h"
 #include "engine/keyed_index.h"
 #include "engine/records.h"
 #include "platform/silent_window.h"
 #include "tests/engine/index_builder.h"
-#include "tests/fuzz/fresh_input.h"
+#include "tests/fuzz/fuzzing.h"
+#include "tests/fuzz/scratch_home.h"
 
 namespace {
 
@@ -19,15 +17,12 @@ using platform::File;
 constexpr std::size_t FirstStep = 3;
 constexpr std::size_t Prefix = FirstStep + 12;
 
-/// One file without a name for all inputs.
+/// One file for all inputs.
 const std::shared_ptr<engine::cOpenFile>& Container() {
-    static const auto container = [] {
-        std::string path = (std::filesystem::temp_directory_path() / "index_fuzz-XXXXXX").string();
-        close(mkstemp(path.data()));
-        auto file = File::Open(path, File::Mode::ReadWrite);
-        std::filesystem::remove(path);
-        return std::make_shared<engine::cOpenFile>(1, path, 0, std::move(file));
-    }();
+    static const test::ScratchHome home;
+    static const std::string path = (home / "container").string();
+    static const auto container =
+        std::make_shared<engine::cOpenFile>(1, path, 0, File::Open(path, File::Mode::CreateNew));
     return container;
 }
 
@@ -89,10 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         "FUZZ", "L", Container(), (data[0] & 8U) != 0 ? 1 : 0, 0, length, data[1], (data[0] & 1U) != 0});
     Place at;
     for (std::size_t step = FirstStep; step < Prefix; ++step) {
-        try {
-            Step(file, data[step], at);
-        } catch (const platform::Error&) {  // what a damaged file may end in
-        }
+        test::Try([&] { Step(file, data[step], at); });
     }
     return 0;
 }

@@ -7,7 +7,7 @@
 #include "engine/records.h"
 #include "engine/system.h"
 #include "tests/engine/bytes.h"
-#include "tests/fuzz/fresh_input.h"
+#include "tests/fuzz/fuzzing.h"
 #include "tests/fuzz/scratch_home.h"
 
 namespace {
@@ -26,20 +26,17 @@ struct Shares : test::ScratchHome {
 };
 
 void Use(const std::string& name) {
-    try {
+    test::Try([&] {
         const auto file = engine::iLogicalOpen(name);
         if (!file || file->ActiveCount() == file->HighUsedRecord()) return;
         engine::iLreadFile(file, 1);
-    } catch (const platform::Error&) {  // what a damaged site may end in
-    }
+    });
 }
 
 std::string SoundSite(unsigned) {
-    using test::Padded;
     const std::string divider(Divider);
-    return "A" + divider + "?" + Padded(":D01:A", 79) + "?" + Padded("KSW:D01", 79) + divider +
-           Padded("A", 10, '\0') + test::Big(1, 3) + test::Big(16, 2) + "L" + test::Big(9, 4) +
-           test::Nul(12) + divider + std::string(700, 'r');
+    return "A" + divider + test::LinkEntry(":D01:A", "KSW:D01") + divider +
+           test::DirectoryEntryBytes("A", 1, 16, 'L', 9) + divider + std::string(700, 'r');
 }
 
 }  // namespace

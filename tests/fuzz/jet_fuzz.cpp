@@ -6,10 +6,10 @@
 #include <fstream>
 #include <iterator>
 #include <span>
-#include <unistd.h>
 
 #include "platform/jet/database.h"
-#include "tests/fuzz/fresh_input.h"
+#include "tests/fuzz/fuzzing.h"
+#include "tests/fuzz/scratch_home.h"
 
 namespace {
 
@@ -19,19 +19,11 @@ constexpr std::size_t PageSize = 4096;
 constexpr std::size_t PatchHead = 4;
 constexpr std::size_t LongestPatch = 16;
 
-/// The file of all inputs, removed at the end.
-struct ScratchFile {
-    ScratchFile() : Path((std::filesystem::temp_directory_path() / "jet_fuzz-XXXXXX").string()) {
-        close(mkstemp(Path.data()));
-    }
-    ~ScratchFile() { std::filesystem::remove(Path); }
-
-    std::string Path;
-};
-
+/// The file of all inputs.
 const std::string& Path() {
-    static const ScratchFile file;
-    return file.Path;
+    static const test::ScratchHome home;
+    static const std::string path = (home / "damaged.mdb").string();
+    return path;
 }
 
 /// A file with all kinds of pages: rows, long values alone and in chains, indexes of one and two levels.
@@ -73,32 +65,23 @@ std::string Patched(Input input) {
     return bytes;
 }
 
-template <typename Action>
-void Try(Action action) {
-    try {
-        action();
-    } catch (const platform::Error&) {
-        // What a damaged file is answered with.
-    }
-}
-
 void Work(jet::Table& table) {
     std::vector<jet::Value> values;
     std::optional<jet::RowPointer> last;
-    Try([&] {
+    test::Try([&] {
         for (auto row = table.FirstRow(); row; row = table.NextRow(*row)) {
             last = row;
-            Try([&] { table.Read(*row, values); });
+            test::Try([&] { table.Read(*row, values); });
         }
     });
     for (std::size_t i = 0; i < table.Definition().RealIndexes.size(); ++i) {
-        Try([&] {
+        test::Try([&] {
             for (auto entry = table.Index(i).First(); !entry.AtEnd(); entry.Next())
                 table.ReadColumn(entry.Row(), 0);
         });
     }
-    if (last) Try([&] { table.UpdateFixed(*last, 0, 77); });
-    Try([&] { table.Insert(values); });
+    if (last) test::Try([&] { table.UpdateFixed(*last, 0, 77); });
+    test::Try([&] { table.Insert(values); });
 }
 
 }  // namespace
@@ -106,10 +89,10 @@ void Work(jet::Table& table) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes = Patched({data, size});
     std::ofstream(Path(), std::ios::binary | std::ios::trunc) << bytes;
-    Try([] {
+    test::Try([] {
         const auto database = jet::Database::Open(Path(), jet::Sharing::Shared);
         for (const std::u16string& name : database->TableNames()) {
-            Try([&] {
+            test::Try([&] {
                 if (const auto table = database->FindTable(name)) Work(*table);
             });
         }

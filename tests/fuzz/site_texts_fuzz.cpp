@@ -11,7 +11,7 @@
 #include "platform/share_mounts.h"
 #include "platform/silent_window.h"
 #include "platform/site.h"
-#include "tests/fuzz/fresh_input.h"
+#include "tests/fuzz/fuzzing.h"
 #include "tests/fuzz/scratch_home.h"
 
 namespace {
@@ -29,14 +29,6 @@ std::string SoundTexts(unsigned seed) {
            "36 25 0:32 / /mnt/link rw,relatime shared:1 - cifs //SRV1/KSTLLNK rw,prefixpath=KSW\n"
            "37 25 0:33 / /mnt/a\\040b rw - smb3 //srv1/data rw\n|||" +
            std::string(Paths[seed / 16 % Paths.size()]);
-}
-
-template <typename Action>
-void Try(Action action) {
-    try {
-        action();
-    } catch (const platform::Error&) {  // what texts that make no sense may end in
-    }
 }
 
 /// Whether path lies below folder.
@@ -71,15 +63,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view mounts = test::TakePart(input, Divider);
 
     platform::SilentWindow window;
-    Try([&] { engine::LoadSiteConfiguration(false, window); });
+    test::Try([&] { engine::LoadSiteConfiguration(false, window); });
     engine::gEngine.reset();
-    Try([] { platform::Setting("Directory", "Home", ""); });
+    test::Try([] { platform::Setting("Directory", "Home", ""); });
 
     const std::array<std::string, 3> names{"SRV1", "KSTLLNK", "KSW"};
     if (const auto mount = platform::FindShareMount(mounts, names); mount && mount->Components > names.size())
         std::abort();
-    const std::array<std::string, 1> folder{std::string(mounts)};
-    platform::FindVirtualShare(folder, names[0], names[1]);
-    Try([&] { Resolve(home, input); });
+    platform::FindVirtualShare(std::array{std::string(mounts)}, names[0], names[1]);
+    test::Try([&] { Resolve(home, input); });
     return 0;
 }

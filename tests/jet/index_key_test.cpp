@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/jet/hex.h"
 #include "tests/support/expect_error.h"
+#include "tests/support/hex.h"
 
 namespace jet {
 namespace {
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
                     KeyCase{"BinaryOfAFullBlock", Binary{"abcdefgh"}, ColumnType::Binary,
                             "7F 61 62 63 64 65 66 67 68 08", "80 9E 9D 9C 9B 9A 99 98 97 F7"},
                     KeyCase{"GuidInTheOrderOfItsText",
-                            Binary{test::FromHex("00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F")},
+                            Binary{test::Hex("00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F")},
                             ColumnType::Guid, "7F 03 02 01 00 05 04 07 06 09 08 09 0A 0B 0C 0D 0E 0F 08",
                             "80 FC FD FE FF FA FB F8 F9 09 F7 F6 F5 F4 F3 F2 F1 F0 F7"}),
     [](const auto& instance) { return std::string(instance.param.Name); });

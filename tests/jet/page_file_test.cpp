@@ -7,8 +7,8 @@
 
 #include "platform/jet/bytes.h"
 #include "platform/jet/database.h"
-#include "tests/jet/hex.h"
 #include "tests/support/expect_error.h"
+#include "tests/support/hex.h"
 #include "tests/support/scratch.h"
 
 namespace jet {
@@ -40,7 +40,7 @@ class PageFiles : public testing::Test {
 
     /// A file of one page whose header has been changed at one place.
     void WriteHeader(std::size_t at, char value) const {
-        std::string bytes = test::FromHex(EngineHeader);
+        std::string bytes = test::Hex(EngineHeader);
         bytes.resize(4096);
         bytes[at] = value;
         WriteFile(bytes);
@@ -64,7 +64,7 @@ TEST_F(PageFiles, ANewGlobalMapHasOnlyTheFirstTwoPagesInUse) {
     const std::string page = FileBytes().substr(4096);
     EXPECT_EQ(test::ToHex(page.substr(0, 18)), "01 01 64 0F 01 00 00 00 00 00 00 00 02 00 BB 0F 76 0F");
     EXPECT_EQ(page.substr(0xF76, 69), std::string(69, '\0'));
-    EXPECT_EQ(page.substr(0xFBB), test::FromHex("00 00 00 00 00 FC") + std::string(63, '\xFF'));
+    EXPECT_EQ(page.substr(0xFBB), test::Hex("00 00 00 00 00 FC") + std::string(63, '\xFF'));
 }
 
 TEST_F(PageFiles, CreatingRefusesWhatIsThere) {

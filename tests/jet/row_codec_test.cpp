@@ -7,8 +7,8 @@
 #include "platform/jet/header_page.h"
 #include "platform/jet/schema.h"
 #include "platform/jet/text_codec.h"
-#include "tests/jet/hex.h"
 #include "tests/support/expect_error.h"
+#include "tests/support/hex.h"
 #include "tests/support/scratch.h"
 
 namespace jet {
@@ -84,8 +84,8 @@ TEST_F(Rows, AreWrittenAsTheEngineWritesThem) {
 }
 
 TEST_F(Rows, OfBothVersionsReadAlike) {
-    EXPECT_EQ(Decode(*FileOf(Version::Jet4), NineColumns(100), test::FromHex(Jet4Row)), NineValues);
-    EXPECT_EQ(Decode(*FileOf(Version::Jet3), NineColumns(50), test::FromHex(Jet3Row)), NineValues);
+    EXPECT_EQ(Decode(*FileOf(Version::Jet4), NineColumns(100), test::Hex(Jet4Row)), NineValues);
+    EXPECT_EQ(Decode(*FileOf(Version::Jet3), NineColumns(50), test::Hex(Jet3Row)), NineValues);
 }
 
 TEST_F(Rows, WithoutVariableColumnsHaveNoOffsets) {
@@ -95,16 +95,15 @@ TEST_F(Rows, WithoutVariableColumnsHaveNoOffsets) {
     encoder.Encode(std::vector<Value>{{}, true});
     EXPECT_EQ(test::ToHex(AsString(encoder.Row())), "02 00 00 00 00 00 02");
     EXPECT_EQ(Decode(*FileOf(Version::Jet4), table, AsString(encoder.Row())), (std::vector<Value>{{}, true}));
-    EXPECT_EQ(Decode(*FileOf(Version::Jet3), table, test::FromHex("02 2A 00 00 00 01")),
+    EXPECT_EQ(Decode(*FileOf(Version::Jet3), table, test::Hex("02 2A 00 00 00 01")),
               (std::vector<Value>{42, false}));
 }
 
 TEST_F(Rows, OfNullsKeepTheirFixedArea) {
     RowEncoder encoder(NineColumns(100));
     encoder.Encode(std::vector<Value>(9));
-    EXPECT_EQ(test::ToHex(AsString(encoder.Row())),
-              test::ToHex(test::FromHex("09 00") + std::string(31, '\0') +
-                          test::FromHex("21 00 21 00 21 00 02 00 00 00")));
+    EXPECT_EQ(test::ToHex(AsString(encoder.Row())), test::ToHex(test::Hex("09 00") + std::string(31, '\0') +
+                                                                test::Hex("21 00 21 00 21 00 02 00 00 00")));
 }
 
 TEST_F(Rows, OlderThanAColumnReadNullThere) {
@@ -118,14 +117,14 @@ TEST_F(Rows, OlderThanAColumnReadNullThere) {
     table.Columns.back().Number = 16;
     std::vector<Value> expected = NineValues;
     expected.insert(expected.end(), {Value{}, Value{}, Value{false}});
-    EXPECT_EQ(Decode(*FileOf(Version::Jet4), table, test::FromHex(Jet4Row)), expected);
+    EXPECT_EQ(Decode(*FileOf(Version::Jet4), table, test::Hex(Jet4Row)), expected);
 }
 
 TEST_F(Rows, LongerThan256BytesInJet3HaveJumpBytes) {
     const TableDef table = LayOutTable(
         10, TableType::User, {MakeColumn(ColumnType::Text, 255), MakeColumn(ColumnType::Text, 255)});
     const std::string row = "\x02" + std::string(200, 'a') + std::string(150, 'b') +
-                            test::FromHex("5F C9 01 01 02 03");  // EOD 351, offsets 201 and 1, one jump
+                            test::Hex("5F C9 01 01 02 03");  // EOD 351, offsets 201 and 1, one jump
     EXPECT_EQ(Decode(*FileOf(Version::Jet3), table, row),
               (std::vector<Value>{std::u16string(200, u'a'), std::u16string(150, u'b')}));
 }
@@ -142,7 +141,7 @@ class BrokenRows : public Rows, public testing::WithParamInterface<BrokenRow> {}
 TEST_P(BrokenRows, AreAnError) {
     const BrokenRow& broken = GetParam();
     const bool jet4 = broken.FileVersion == Version::Jet4;
-    std::string row = test::FromHex(jet4 ? Jet4Row : Jet3Row);
+    std::string row = test::Hex(jet4 ? Jet4Row : Jet3Row);
     const auto at = broken.At < 0 ? row.end() + broken.At : row.begin() + broken.At;
     *at = static_cast<char>(broken.Byte);
     const auto file = FileOf(broken.FileVersion);
@@ -164,7 +163,7 @@ INSTANTIATE_TEST_SUITE_P(Places, BrokenRows,
 
 TEST_F(Rows, CutAnywhereAreAnErrorOrShorterButNeverReadOutside) {
     for (const Version version : {Version::Jet4, Version::Jet3}) {
-        const std::string row = test::FromHex(version == Version::Jet4 ? Jet4Row : Jet3Row);
+        const std::string row = test::Hex(version == Version::Jet4 ? Jet4Row : Jet3Row);
         const auto file = FileOf(version);
         const TableDef table = NineColumns(version == Version::Jet4 ? 100 : 50);
         for (std::size_t length = 0; length < row.size(); ++length) {
@@ -232,9 +231,9 @@ INSTANTIATE_TEST_SUITE_P(Values, Texts,
                                          Encoding{std::u16string(u"a\0b", 3), "61 00 00 00 62 00"}));
 
 TEST(CompressedTexts, SwitchToPairsAndBack) {
-    const std::string stored = test::FromHex("FF FE 61 62 00 AC 20 38 04 00 63");
+    const std::string stored = test::Hex("FF FE 61 62 00 AC 20 38 04 00 63");
     EXPECT_EQ(DecodeText(Bytes(stored), Version::Jet4), u"ab\u20AC\u0438c");
-    const std::string endsInHalfAPair = test::FromHex("FF FE 61 00 AC");
+    const std::string endsInHalfAPair = test::Hex("FF FE 61 00 AC");
     EXPECT_EQ(DecodeText(Bytes(endsInHalfAPair), Version::Jet4), u"a");
 }
 

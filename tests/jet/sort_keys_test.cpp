@@ -4,13 +4,13 @@
 #include <vector>
 
 #include "platform/jet/index_key.h"
-#include "tests/jet/hex.h"
 #include "tests/support/expect_error.h"
+#include "tests/support/hex.h"
 
 namespace jet {
 namespace {
 
-using test::FromHex;
+using test::Hex;
 using test::ToHex;
 
 struct TextKey {
@@ -32,7 +32,7 @@ std::string Key3(std::u16string_view text, bool ascending = true) {
 }
 
 std::string Normal(std::string_view key) {
-    return ToHex(FromHex(key));
+    return ToHex(Hex(key));
 }
 
 // Keys that the engine itself wrote.
@@ -169,8 +169,8 @@ TEST(TextKeys, OnlyTheFirst255CharactersCount) {
     // Characters without weight count towards the 255.
     EXPECT_EQ(Key4(std::u16string(255, u'-')), Key4(std::u16string(255, u'-') + u'a'));
     // The worst case of every section still has room: special characters, accented ligature neighbours.
-    EXPECT_EQ(FromHex(Key4(std::u16string(255, u'\''))).size(), 1U + 1 + 3 + 255 * 4 + 1);
-    EXPECT_EQ(FromHex(Key4(std::u16string(254, u'Æ') + u'É')).size(), 1U + 509 + 1 + 509 + 1);
+    EXPECT_EQ(Hex(Key4(std::u16string(255, u'\''))).size(), 1U + 1 + 3 + 255 * 4 + 1);
+    EXPECT_EQ(Hex(Key4(std::u16string(254, u'Æ') + u'É')).size(), 1U + 509 + 1 + 509 + 1);
 }
 
 TEST(TextKeys, ACharacterOutsideTheCodePageIsRefusedInJet4AndAQuestionMarkInJet3) {
@@ -190,7 +190,7 @@ TEST(TextKeys, EveryByteOfTheCodePageHasItsOrder) {
     // ½ and ™ stand apart from their neighbours by weight only.
     for (std::size_t i = 1; i < std::size(ascending); ++i) {
         if (ascending[i] == u"½" || ascending[i - 1] == u"½" || ascending[i] == u"þ") continue;
-        EXPECT_LT(FromHex(Key4(ascending[i - 1])), FromHex(Key4(ascending[i]))) << i;
+        EXPECT_LT(Hex(Key4(ascending[i - 1])), Hex(Key4(ascending[i]))) << i;
     }
 }
 

@@ -6,7 +6,7 @@
 #include "platform/jet/bytes.h"
 #include "platform/jet/schema.h"
 #include "tests/jet/database_fixture.h"
-#include "tests/jet/hex.h"
+#include "tests/support/hex.h"
 
 namespace jet {
 namespace {
@@ -89,7 +89,7 @@ TEST_F(TableDefs, AreWrittenAsTheEngineWritesThem) {
         {0x1E0, "59 06 00 00 00 00 00 00 00 00 00 00 00 FF FF FF FF 00 00 00 00 04 04 01 00 00 00 00"},
         {0x1FC, "02 00 42 00 14 00 50 00 72 00 69 00 6D 00 61 00 72 00 79 00 4B 00 65 00 79 00 FF FF"}};
     for (const Part& part : parts) {
-        const std::string expected = test::FromHex(part.Bytes);
+        const std::string expected = test::Hex(part.Bytes);
         EXPECT_EQ(test::ToHex(PageBytes(page, part.At, expected.size())), test::ToHex(expected))
             << "at " << part.At;
     }

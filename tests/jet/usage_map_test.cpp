@@ -7,8 +7,8 @@
 
 #include "platform/jet/bytes.h"
 #include "platform/jet/data_page.h"
-#include "tests/jet/hex.h"
 #include "tests/support/expect_error.h"
+#include "tests/support/hex.h"
 #include "tests/support/scratch.h"
 
 namespace jet {
@@ -49,7 +49,7 @@ class UsageMaps : public testing::Test {
 
 TEST_F(UsageMaps, SmallPageNumbersAreBitsInTheRow) {
     for (const std::uint32_t page : {0U, 9U, 511U}) mMap.Add(page);
-    std::string expected = test::FromHex("00 00 00 00 00 01 02") + std::string(62, '\0');
+    std::string expected = test::Hex("00 00 00 00 00 01 02") + std::string(62, '\0');
     expected.back() = '\x80';
     EXPECT_EQ(RowBytes(mMap.Row()), expected);
     EXPECT_THAT(Pages(), testing::ElementsAre(0, 9, 511));

@@ -1,6 +1,6 @@
 // The calls by which this program reads and changes files, seen by a test as they are made. A test program
-// that links disk_calls_posix.cpp or disk_calls_windows.cpp has its own pread, pwrite, ftruncate and fsync, or
-// ReadFile, WriteFile, SetEndOfFile and FlushFileBuffers, in front of the system's.
+// that links disk_calls.cpp and disk_calls_posix.cpp or disk_calls_windows.cpp has its own pread, pwrite,
+// ftruncate and fsync, or ReadFile, WriteFile, SetEndOfFile and FlushFileBuffers, in front of the system's.
 #pragma once
 
 #include <functional>
@@ -17,5 +17,9 @@ class DiskCalls {
     DiskCalls(const DiskCalls&) = delete;
     DiskCalls& operator=(const DiskCalls&) = delete;
 };
+
+/// The errno with which a call in hand fails, 0 when it may be made; for the stand-ins of the calls.
+int FailureOfChange();
+int FailureOfRead();
 
 }  // namespace test

@@ -1,30 +1,14 @@
 #include <cerrno>
-#include <utility>
 #include <windows.h>
 
 #include "tests/support/disk_calls.h"
 
 namespace {
 
-struct Watchers {
-    std::function<int()> BeforeChange;
-    std::function<int()> BeforeRead;
-};
-
-Watchers& Watching() {
-    static Watchers watchers;
-    return watchers;
-}
-
 /// Whether the call may be made; the system's last error is set when it may not.
-bool MayGoOn(std::function<int()> Watchers::*watcher) {
-    if (!(Watching().*watcher)) return true;
-    // What a watcher itself does with files is not watched.
-    const Watchers watchers = std::exchange(Watching(), {});
-    const int error = (watchers.*watcher)();
-    Watching() = watchers;
-    if (error != 0) SetLastError(error == ENOSPC ? ERROR_DISK_FULL : ERROR_IO_DEVICE);
-    return error == 0;
+bool MayGoOn(int failure) {
+    if (failure != 0) SetLastError(failure == ENOSPC ? ERROR_DISK_FULL : ERROR_IO_DEVICE);
+    return failure == 0;
 }
 
 template <typename Call>
@@ -35,37 +19,25 @@ Call SystemCall(const char* name) {
 
 BOOL WINAPI WatchedRead(HANDLE file, LPVOID bytes, DWORD count, LPDWORD got, LPOVERLAPPED place) {
     static const auto read = SystemCall<decltype(&ReadFile)>("ReadFile");
-    return MayGoOn(&Watchers::BeforeRead) ? read(file, bytes, count, got, place) : FALSE;
+    return MayGoOn(test::FailureOfRead()) ? read(file, bytes, count, got, place) : FALSE;
 }
 
 BOOL WINAPI WatchedWrite(HANDLE file, LPCVOID bytes, DWORD count, LPDWORD written, LPOVERLAPPED place) {
     static const auto write = SystemCall<decltype(&WriteFile)>("WriteFile");
-    return MayGoOn(&Watchers::BeforeChange) ? write(file, bytes, count, written, place) : FALSE;
+    return MayGoOn(test::FailureOfChange()) ? write(file, bytes, count, written, place) : FALSE;
 }
 
 BOOL WINAPI WatchedEnd(HANDLE file) {
     static const auto setEnd = SystemCall<decltype(&SetEndOfFile)>("SetEndOfFile");
-    return MayGoOn(&Watchers::BeforeChange) ? setEnd(file) : FALSE;
+    return MayGoOn(test::FailureOfChange()) ? setEnd(file) : FALSE;
 }
 
 BOOL WINAPI WatchedFlush(HANDLE file) {
     static const auto flush = SystemCall<decltype(&FlushFileBuffers)>("FlushFileBuffers");
-    return MayGoOn(&Watchers::BeforeChange) ? flush(file) : FALSE;
+    return MayGoOn(test::FailureOfChange()) ? flush(file) : FALSE;
 }
 
 }  // namespace
-
-namespace test {
-
-DiskCalls::DiskCalls(std::function<int()> beforeChange, std::function<int()> beforeRead) {
-    Watching() = {std::move(beforeChange), std::move(beforeRead)};
-}
-
-DiskCalls::~DiskCalls() {
-    Watching() = {};
-}
-
-}  // namespace test
 
 // The addresses through which a program calls a function of a system library.
 extern "C" {

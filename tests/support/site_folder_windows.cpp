@@ -15,8 +15,9 @@ std::filesystem::path FolderOfShares() {
 }
 
 void Empty(const std::filesystem::path& folder) {
+    std::error_code ignored;
     for (const auto& entry : std::filesystem::directory_iterator(folder))
-        std::filesystem::remove_all(entry.path());
+        std::filesystem::remove_all(entry.path(), ignored);
 }
 
 /// A store of this process's own takes the place of the user's.
@@ -39,9 +40,7 @@ SiteFolder::SiteFolder() : mPath(FolderOfShares()), mTemp("TMP", (mPath / "tmp")
 
 SiteFolder::~SiteFolder() {
     RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-    std::error_code ignored;
-    for (const auto& entry : std::filesystem::directory_iterator(mPath))
-        std::filesystem::remove_all(entry.path(), ignored);
+    Empty(mPath);
 }
 
 void SiteFolder::WriteSettings() const {}

@@ -9,7 +9,7 @@
 namespace test {
 
 /// "7F 01 00" as three bytes; "/" and blanks part them.
-inline std::string FromHex(std::string_view text) {
+inline std::string Hex(std::string_view text) {
     std::string bytes;
     std::istringstream words{std::string(text)};
     for (std::string word; words >> word;) {
