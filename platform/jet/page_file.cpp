@@ -93,11 +93,11 @@ PageFile::PageFile(std::unique_ptr<platform::File> file, Sharing sharing, const 
 PageFile::~PageFile() = default;
 
 std::unique_ptr<PageFile> PageFile::Create(std::string_view path, PageFileLimits limits) {
-    if (platform::FileExists(path)) throw OpenError(DatabaseExists, path);
     std::unique_ptr<platform::File> file;
     try {
         file = platform::File::Open(path, platform::File::Mode::CreateNew);
     } catch (const platform::Error& error) {
+        if (platform::FileExists(path)) throw OpenError(DatabaseExists, path);
         throw OpenError(error.Number == platform::PathNotFound ? InvalidPath : CreationFailed, path);
     }
     if (!file->TryLock(platform::File::Lock::Exclusive)) throw OpenError(FileInUse, path);
