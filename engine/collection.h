@@ -2,7 +2,6 @@
 // 1-based index or by key, keys without regard to letter case. Members may be added without a key.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -45,19 +44,15 @@ class cCollection {
     void Remove(std::int32_t index) {
         Handle removed = Item(index);
         const auto place = mEntries.begin() + (index - 1);
-        if (place->HasKey) mByKey.erase(place->Key);
+        mByKey.erase(place->Key);
         mEntries.erase(place);
     }
 
     /// Raises 5 when there is no such key.
     void Remove(std::string_view key) {
         const std::string folded = platform::FoldedBytes(key);
-        const auto place = std::find_if(mEntries.begin(), mEntries.end(), [&](const Entry& entry) {
-            return entry.HasKey && entry.Key == folded;
-        });
-        if (place == mEntries.end()) throw platform::Error(platform::InvalidArgument);
-        mByKey.erase(folded);
-        mEntries.erase(place);
+        if (mByKey.erase(folded) == 0) throw platform::Error(platform::InvalidArgument);
+        std::erase_if(mEntries, [&](const Entry& entry) { return entry.Key == folded; });
     }
 
     /// The members in the order of insertion.
@@ -71,8 +66,8 @@ class cCollection {
   protected:
     /// Adds under key, or without a key when it is empty. Raises 457 for a key in use.
     void Insert(Handle member, std::string_view key) {
-        Entry entry{std::move(member), platform::FoldedBytes(key), !key.empty()};
-        if (entry.HasKey && !mByKey.emplace(entry.Key, entry.Value).second) {
+        Entry entry{std::move(member), platform::FoldedBytes(key)};
+        if (!key.empty() && !mByKey.emplace(entry.Key, entry.Value).second) {
             constexpr int KeyInUse = 457;
             throw platform::Error(KeyInUse, "",
                                   "This key is already associated with an element of this collection");
@@ -83,8 +78,7 @@ class cCollection {
   private:
     struct Entry {
         Handle Value;
-        std::string Key;  // folded
-        bool HasKey;
+        std::string Key;  // folded; empty for a member without a key, which mByKey does not hold
     };
 
     std::vector<Entry> mEntries;

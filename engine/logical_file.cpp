@@ -77,7 +77,7 @@ cLogicalFiles::Handle cLogicalFiles::Add(const ByteString& FileName, const ByteS
 }
 
 std::shared_ptr<cLogicalFile> iLogicalOpen(const ByteString& FileName) {
-    if (!gLogicalFiles || !gLinks) throw Error(platform::ObjectNotSet);
+    if (!gLogicalFiles) throw Error(platform::ObjectNotSet);
     if (auto known = gLogicalFiles->Find(FileName)) return known;
     const auto link = gLinks->Find(LinkKey(FileName));
     if (!link) return nullptr;

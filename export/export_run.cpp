@@ -127,8 +127,7 @@ void ExportRun::StartByKey(dao::Recordset& indexDefinition) {
         .Decoder = FieldDecoder(KeyDescriptor(indexDefinition)),
         .EndValue = overrideEnd != 0 ? overrideEnd : catalogue::LongOf(indexDefinition, u"EndValue")};
     mMore = !Exceeds(keyValue, mKey->EndValue);
-    mState.TotalRecords =
-        mFiles[KeyFileSlot] ? engine.KCount(mFiles[KeyFileSlot], true) : HighestDataRecord();
+    mState.TotalRecords = engine.KCount(mFiles[KeyFileSlot], true);
 }
 
 bool ExportRun::CopyRecords() {

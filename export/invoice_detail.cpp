@@ -70,13 +70,13 @@ ByteString CompressedBlanks(std::size_t characters) {
 }
 
 /// Slot s holds the record with sequence number s, slot 0 the highest sequence number met, the last slot the
-/// number of lines of the chain.
+/// number of lines of the chain. A sequence number is an unsigned byte.
 class ChainRecords {
   public:
     static constexpr std::int32_t LastSlot = 200;
 
     std::int32_t& operator()(std::int32_t slot) {
-        if (slot < 0 || slot > LastSlot) throw platform::Error(platform::SubscriptOutOfRange);
+        if (slot > LastSlot) throw platform::Error(platform::SubscriptOutOfRange);
         return mSlots[static_cast<std::size_t>(slot)];
     }
 

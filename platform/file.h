@@ -14,12 +14,17 @@
 
 namespace platform {
 
+class File;
+
 /// Whether an ordinary file (no folder) stands at path. Raises 57 when the share does not say.
 bool FileExists(std::string_view path);
 
 /// Deletes a file that nobody else holds a lock on. Raises 53 when there is none, 70 when somebody does or
 /// the system refuses, 75 otherwise.
 void RemoveFile(std::string_view path);
+
+/// All bytes of an open file. Raises 57.
+std::string Contents(const File& file);
 
 /// The lines of a text file without their ends (CR LF or LF); nothing when the file cannot be opened. Raises
 /// 57.

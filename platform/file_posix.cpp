@@ -114,12 +114,6 @@ void WriteTo(int descriptor, const std::string& path, std::uint64_t offset,
     }
 }
 
-std::string Contents(const File& file) {
-    std::string text(file.Length(), '\0');
-    text.resize(file.ReadAt(0, std::as_writable_bytes(std::span(text))));
-    return text;
-}
-
 /// Whether a file lies on a share of the network, or behind a program that may ask one (fuse).
 bool IsRemoteFile(int descriptor) {
     constexpr std::array<std::uint32_t, 6> RemoteMarks{0x517B,       // smb

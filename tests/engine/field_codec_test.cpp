@@ -44,7 +44,7 @@ TEST(FieldCodec, WritesTheLowBytesInPlaceAndReadsThemBack) {
 }
 
 TEST(FieldCodec, UnknownOpcodesAreShownInUpperCase) {
-    for (const char* text : {"", "x", "cc", "A", "\xE9", "\x80"}) {
+    for (const char* text : {"", "x", "{", "cc", "A", "\xE9", "\x80"}) {
         ByteString opcode = text;
         ByteString data = "1234";
         const auto reading = ErrorOf([&] { Unpack(opcode, data, 99); });

@@ -192,6 +192,8 @@ TEST_F(RecordDecoding, WhatCannotBeDecodedRaises) {
         EXPECT_EQ(error.Source, each.Source) << name;
         EXPECT_EQ(error.Description, each.Description) << name;
     }
+    // 0 / 0 is no division by zero.
+    EXPECT_EQ(test::NumberRaised([&] { Unpack({u"F", u"U", 1, 1, -400}, Bytes("\0")); }), platform::Overflow);
 }
 
 TEST_F(RecordDecoding, ADecoderDecodesOneRecordAfterAnother) {
