@@ -14,6 +14,18 @@
 
 namespace headless {
 
+namespace {
+
+void RemoveFormer(const std::string& target) {
+    try {
+        platform::RemoveFile(target);
+    } catch (const platform::Error& error) {
+        if (error.Number != platform::FileNotFound) throw;
+    }
+}
+
+}  // namespace
+
 void Window::ShowMessage(const platform::Message& message) {
     std::fprintf(stderr, "%s\n", message.Text.c_str());
 }
@@ -30,7 +42,7 @@ SiteExport::SiteExport(const std::filesystem::path& target, std::function<void()
     catalogue::StartCatalogue(mState, mList);
     for (int box = 0; box < catalogue::TableList::BoxCount && !mList.Caption(box).empty(); ++box)
         mTables.push_back(platform::Utf8FromWide(mList.Caption(box)));
-    if (platform::FileExists(target.string())) platform::RemoveFile(target.string());
+    RemoveFormer(target.string());
     catalogue::BuildTargetDatabase(mState, target.string());
 }
 
