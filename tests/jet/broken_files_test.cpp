@@ -1,10 +1,7 @@
 // Files that something has damaged: every one gives an error of the data-access layer, or what is left of its
 // rows. Nothing crashes, hangs or asks for more memory than the file has bytes.
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <gtest/gtest.h>
 #include <random>
+#include <tuple>
 
 #include "platform/jet/bytes.h"
 #include "tests/jet/database_fixture.h"
@@ -34,13 +31,12 @@ class BrokenFiles : public test::NewDatabase {
         mRoot = table->Definition().RealIndexes[0].RootPage;
         mDatabase->Close();
         mDatabase.reset();
-        std::ifstream stream(Path(), std::ios::binary);
-        mBytes.assign(std::istreambuf_iterator<char>(stream), {});
+        mBytes = test::ReadBytes(Path());
     }
 
     /// Reads whatever the file offers. 0 when nothing was found wrong.
     int ReadEverything(const std::string& bytes) {
-        std::ofstream(Path(), std::ios::binary | std::ios::trunc) << bytes;
+        test::WriteBytes(Path(), bytes);
         return test::NumberRaised([&] {
             const auto database = Database::Open(Path(), Sharing::Shared);
             std::vector<std::u16string> names = database->TableNames();
@@ -57,6 +53,18 @@ class BrokenFiles : public test::NewDatabase {
                 }
             }
         });
+    }
+
+    /// The pages of long values, with or without the stamp of a chain's first piece.
+    std::vector<std::uint32_t> LongValuePages(bool stamped) {
+        std::vector<std::uint32_t> pages;
+        for (std::uint32_t page = 19; page < mBytes.size() / PageSize; ++page) {
+            if (LoadU32(At(mBytes, page, PageOwner)) == LongValueOwner &&
+                (LoadU32(At(mBytes, page, 8)) != 0) == stamped) {
+                pages.push_back(page);
+            }
+        }
+        return pages;
     }
 
     std::uint8_t* At(std::string& bytes, std::uint32_t page, std::size_t offset) const {
@@ -122,6 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Break{"SlotsOutsideThePage", FirstRowPage, 14, 0x1FFF1FFF, 3428},
                     Break{"SlotsInTheRowTable", FirstRowPage, 14, 0x00040004, 3428},
                     Break{"SlotsAscend", FirstRowPage, 14, 0x0FFF0010, 3428},
+                    Break{"ShortReferenceToAMemo", FirstRowPage, PageSize - 9, 0x004C0050, 3428},
                     Break{"RootIsNoIndexPage", RootPage, 0, 0x00000101, 3428},
                     Break{"RootOfAnotherTable", RootPage, 4, 99, 3428}),
     [](const auto& tested) { return tested.param.Name; });
@@ -140,17 +149,20 @@ TEST_F(BrokenFiles, ALongValueMayNotClaimMoreThanTheFile) {
 
 TEST_F(BrokenFiles, AChainOfPiecesThatRunsInACircleEnds) {
     std::string bytes = mBytes;
-    int changed = 0;
-    for (std::uint32_t page = 19; page < mBytes.size() / PageSize; ++page) {
-        const bool chained =
-            LoadU32(At(bytes, page, PageOwner)) == LongValueOwner && LoadU32(At(bytes, page, 8)) != 0;
-        if (!chained) continue;
-        StoreU32(At(bytes, page, 20), page << 8);
-        ++changed;
-    }
-    ASSERT_GT(changed, 0);
+    ASSERT_FALSE(LongValuePages(true).empty());
+    for (const std::uint32_t page : LongValuePages(true)) StoreU32(At(bytes, page, 20), page << 8);
     const int number = ReadEverything(bytes);
     EXPECT_TRUE(number == 0 || number == 3428) << number;
+}
+
+TEST_F(BrokenFiles, PiecesThatAreDeletedOrTooShortAreFound) {
+    const std::tuple<bool, std::uint16_t, const char*> slots[] = {
+        {true, 0xCFFC, "deleted"}, {true, 0x0FFC, "a link only"}, {false, 0x0FFC, "too short"}};
+    for (const auto& [stamped, slot, what] : slots) {
+        std::string bytes = mBytes;
+        for (const std::uint32_t page : LongValuePages(stamped)) StoreU16(At(bytes, page, 14), slot);
+        EXPECT_EQ(ReadEverything(bytes), 3428) << what;
+    }
 }
 
 TEST_F(BrokenFiles, RandomBytesNeverCrash) {

@@ -96,6 +96,7 @@ TEST(Keys, ColumnsFollowEachOtherWithoutSeparator) {
 
 TEST(Keys, RefuseAValueOfAnotherKindAndColumnsWithoutOrder) {
     EXPECT_EQ(test::ErrorOf([] { KeyOf(u"1", ColumnType::Long, true); }).Number, 3421);
+    EXPECT_EQ(test::ErrorOf([] { KeyOf(Binary{"x"}, ColumnType::Guid, true); }).Number, 3421);
     EXPECT_EQ(test::ErrorOf([] { KeyOf(Binary{"x"}, ColumnType::LongBinary, true); }).Number, 3001);
     EXPECT_TRUE(IsIndexable(ColumnType::Memo, Version::Jet4));
     EXPECT_FALSE(IsIndexable(ColumnType::Memo, Version::Jet3));

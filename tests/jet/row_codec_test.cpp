@@ -4,12 +4,11 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "platform/jet/header_page.h"
 #include "platform/jet/schema.h"
 #include "platform/jet/text_codec.h"
+#include "tests/jet/page_file_fixture.h"
 #include "tests/support/expect_error.h"
 #include "tests/support/hex.h"
-#include "tests/support/scratch.h"
 
 namespace jet {
 namespace {
@@ -58,12 +57,7 @@ class Rows : public testing::Test {
     std::unique_ptr<PageFile> FileOf(Version version) {
         const std::string path = (mFolder / "rows.mdb").string();
         std::filesystem::remove(path);
-        PageFile::Create(path)->Checkpoint();
-        std::fstream stream(path, std::ios::binary | std::ios::in | std::ios::out);
-        stream.seekp(0x14);
-        stream.put(static_cast<char>(version));
-        stream.close();
-        return PageFile::Open(path, Sharing::Exclusive);
+        return test::EmptyFile(path, version);
     }
 
     std::vector<Value> Decode(const PageFile& file, const TableDef& table, const std::string& row) {
@@ -97,6 +91,23 @@ TEST_F(Rows, WithoutVariableColumnsHaveNoOffsets) {
     EXPECT_EQ(Decode(*FileOf(Version::Jet4), table, AsString(encoder.Row())), (std::vector<Value>{{}, true}));
     EXPECT_EQ(Decode(*FileOf(Version::Jet3), table, test::Hex("02 2A 00 00 00 01")),
               (std::vector<Value>{42, false}));
+}
+
+TEST_F(Rows, HoldNumbersAmongTheVariableValuesAndNothingForDeletedColumns) {
+    Column number = MakeColumn(ColumnType::Long, 4);
+    number.Flags = 2;
+    TableDef table = LayOutTable(10, TableType::User, {number, MakeColumn(ColumnType::Memo, 0)});
+    table.VariableColumns = 3;
+    RowEncoder encoder(table);
+    encoder.Encode(std::vector<Value>{42, u"abc"});
+    std::string row = AsString(encoder.Row());
+    EXPECT_EQ(test::ToHex(row),
+              "02 00 2A 00 00 00 06 00 00 80 00 00 00 00 00 00 00 00 61 00 62 00 63 00 "
+              "18 00 18 00 06 00 02 00 03 00 03");
+    table.Columns.pop_back();
+    EXPECT_EQ(Decode(*FileOf(Version::Jet4), table, row), std::vector<Value>{42});
+    row[28] = 3;
+    EXPECT_EQ(test::NumberRaised([&] { Decode(*FileOf(Version::Jet4), table, row); }), 3428) << "cut";
 }
 
 TEST_F(Rows, OfNullsKeepTheirFixedArea) {

@@ -2,7 +2,6 @@
 // engine does. VANTORA_SAMPLES names their folder.
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -17,11 +16,6 @@ namespace {
 
 using test::Row;
 using test::RowsOf;
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 class Samples : public test::NewDatabase {
   protected:
@@ -59,8 +53,8 @@ const std::map<std::size_t, std::vector<std::size_t>> LeftAsTheyWere{
 TEST_F(Samples, AnEmptyDatabaseIsWrittenAsTheEngineWritesIt) {
     Create();
     mDatabase->Close();
-    const std::string expected = ReadFile(Sample("adox_jet4.mdb"));
-    const std::string written = ReadFile(Path());
+    const std::string expected = test::ReadBytes(Sample("adox_jet4.mdb"));
+    const std::string written = test::ReadBytes(Path());
     ASSERT_EQ(written.size(), expected.size());
 
     std::set<std::size_t> ignored;

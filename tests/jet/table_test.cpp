@@ -97,6 +97,14 @@ TEST_F(Tables, PutLongValuesWhereTheirLengthSays) {
     EXPECT_EQ(reference(4077), 4077U);
 }
 
+TEST_F(Tables, TakeNoLongValueForWhichTheyHaveNoMaps) {
+    auto table = MakeTable({{u"M", ColumnType::Memo}});
+    constexpr std::size_t TrailerAt = 63 + 25 + 4;  // behind header, column and name
+    StoreU16(mDatabase->File().Read(table->Definition().Page).Change() + TrailerAt, 0xFFFF);
+    table = ReopenTable();
+    EXPECT_EQ(NumberRaised([&] { table->Insert(Row{Letters(3000)}); }), 3428);
+}
+
 TEST_F(Tables, ChainsAreLinkedAndStamped) {
     auto table = MakeTable({{u"Ole", ColumnType::LongBinary}});
     const RowPointer row = table->Insert(Row{Binary{std::string(3 * 4072, 'z')}});
@@ -170,18 +178,32 @@ TEST_F(Tables, TakeManyNullsInAUniqueIndex) {
     auto table = MakeTable(KeyAndText, PrimaryAndUnique);
     for (int i = 0; i < 3; ++i) table->Insert(Row{i, {}, {}});
     EXPECT_EQ(Kept().size(), 3U);
+    const auto flags = mDatabase->CreateTable(u"Flags", {{u"A", ColumnType::Boolean}});
+    mDatabase->CreateIndex(*flags, {u"A", {{u"A"}}, false, true});
+    flags->Insert(Row{Value{}});
+    EXPECT_EQ(NumberRaised([&] { flags->Insert(Row{false}); }), 3022) << "Yes/No knows no Null";
     ExpectSoundFile();
 }
 
 TEST_F(Tables, LeaveNullsOutOfAnIndexThatIgnoresThem) {
     IndexSpec ignoring{u"Name", {{u"Name"}, {u"Id", false}}};
     ignoring.IgnoreNulls = true;
-    auto table = MakeTable(KeyAndText, {ignoring});
+    auto table = MakeTable(KeyAndText);
     table->Insert(Row{{}, {}, u"neither"});
+    mDatabase->CreateIndex(*table, ignoring);
+    mDatabase->Flush();
+    table->Insert(Row{{}, {}, u"neither"});
+    table->Publish();
     table->Insert(Row{1, {}, u"one"});
     table->Insert(Row{{}, u"b", u"other"});
+    table = ReopenTable();
     EXPECT_EQ(InIndexOrder(*table, 0), (std::vector<Row>{{1, {}, u"one"}, {{}, u"b", u"other"}}));
-    ExpectSoundFile();
+    const RowPointer first = *table->FirstRow();
+    table->UpdateFixed(first, 0, 5);
+    EXPECT_EQ(InIndexOrder(*table, 0).size(), 3U);
+    table->UpdateFixed(first, 0, {});
+    EXPECT_EQ(InIndexOrder(*table, 0).size(), 2U);
+    ExpectSoundChangedFile();
 }
 
 TEST_F(Tables, HoldManyRowsAndTheirIndexes) {
@@ -233,6 +255,8 @@ TEST_F(Tables, GoOnFillingTheLastPageOfASharedFileOnly) {
     const RowPointer first = table->Insert(Row{1, u"a", {}});
     mDatabase->Flush();
     EXPECT_GT(table->Insert(Row{2, u"b", {}}).Page, first.Page);
+    constexpr std::uint32_t PageOfMSysObjects = 14;
+    UsageMap(mDatabase->File(), table->Definition().FreeMap).Add(PageOfMSysObjects);
     table = ReopenTable(Sharing::Shared);
     EXPECT_EQ(table->Insert(Row{3, u"c", {}}), (RowPointer{first.Page, 1}));
 }
@@ -360,6 +384,22 @@ TEST_F(MovedRows, AreReadOnceAtTheirNewPlaceUnderTheirOldName) {
     EXPECT_EQ(mTable->NextRow(mRows[1]), mRows[2]);
 }
 
+TEST_F(MovedRows, RowsBeyondTheHighestNumberAreNotRead) {
+    DataPage page(mDatabase->File(), mRows[0].Page);
+    const std::vector<std::uint8_t> row(page.Row(0).begin(), page.Row(0).end());
+    while (page.RowCount() < 300) page.Append(row);
+    EXPECT_EQ(RowsOf(*mTable).size(), MaxRowsPerPage);
+    EXPECT_NE(mTable->Insert(Row{9}).Page, page.Number());
+}
+
+TEST_F(MovedRows, OlderAndShorterRowsAreNotChanged) {
+    DataPage page(mDatabase->File(), mRows[0].Page);
+    page.ChangeRow(0)[0] = 0;  // columns that the row has
+    EXPECT_EQ(NumberRaised([&] { mTable->UpdateFixed(mRows[0], 0, 5); }), 3251);
+    page.ResizeRow(1, 5);
+    EXPECT_EQ(NumberRaised([&] { mTable->UpdateFixed(mRows[1], 0, 5); }), 3428);
+}
+
 TEST_F(MovedRows, DeletedRowsAreSkipped) {
     SetFlags(0, RowDeleted);
     SetFlags(2, RowDeleted);
@@ -379,6 +419,8 @@ TEST_F(MovedRows, APointerToNowhereIsDamage) {
         PointTo(1, target);
         EXPECT_EQ(NumberRaised([&] { mTable->ReadColumn(mRows[1], 0); }), 3428) << target.Page;
     }
+    DataPage(mDatabase->File(), mRows[0].Page).ResizeRow(1, 3);
+    EXPECT_EQ(NumberRaised([&] { mTable->ReadColumn(mRows[1], 0); }), 3428) << "a cut pointer";
 }
 
 }  // namespace
