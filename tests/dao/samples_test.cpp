@@ -73,17 +73,5 @@ TEST_F(Samples, AJet3RowIsEditedInItsPlace) {
     EXPECT_EQ(test::ErrorOf([&] { Add(*again, {1}); }).Number, 3027) << "rows are not added to this format";
 }
 
-TEST_F(Samples, RowsAreAddedToAnEnginesJet4File) {
-    OpenCopy("adox_jet4.mdb");
-    MakeTable(u"Added", {{u"A", FieldType::Text, 9}}, {{u"PrimaryKey", {u"A"}, true}});
-    const auto rows = mDatabase->OpenRecordset(u"Added");
-    Add(*rows, {u"b"});
-    Add(*rows, {u"a"});
-    Reopen();
-    const auto again = mDatabase->OpenRecordset(u"Added");
-    again->SetIndex(u"PrimaryKey");
-    EXPECT_THAT(ColumnValues(*again, u"A"), testing::ElementsAre(Value(u"a"), Value(u"b")));
-}
-
 }  // namespace
 }  // namespace dao

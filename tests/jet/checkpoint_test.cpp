@@ -122,7 +122,7 @@ TEST_F(Checkpoints, ATroubledDiskIsReportedAtEveryCallAndLeavesTheLastFlush) {
                 const test::DiskCalls watched(trouble.IsInReads ? std::function<int()>(pass) : fail,
                                               trouble.IsInReads ? std::function<int()>(fail) : pass);
                 try {
-                    Write(trouble.IsInReads ? 8 : 3);
+                    Write(trouble.IsInReads ? 12 : 3);
                 } catch (const platform::Error& raised) {
                     error = raised;
                 }

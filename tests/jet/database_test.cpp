@@ -13,11 +13,17 @@ namespace {
 using test::ErrorOf;
 using test::NumberRaised;
 using test::Row;
+using std::string_literals::operator""s;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 
 const ColumnSpec Plain{u"A", ColumnType::Long};
+
+/// A name of its own for each number.
+std::u16string Numbered(std::size_t number) {
+    return u"The " + std::u16string(1, static_cast<char16_t>(0x400 + number));
+}
 
 class Databases : public test::NewDatabase {};
 
@@ -101,17 +107,6 @@ TEST_F(Databases, TakeTheListOfObjectsAsItIs) {
     EXPECT_EQ(NumberRaised([&] { Reopen(); }), 3049);
 }
 
-TEST_F(Databases, PlaceATableAndItsMapsOneBehindTheOther) {
-    const auto table = MakeTable({{u"A", ColumnType::Long}, {u"M", ColumnType::Memo}}, {{u"A", {{u"A"}}}});
-    const TableDef& definition = table->Definition();
-    EXPECT_EQ(definition.Page, 16U);
-    EXPECT_EQ(definition.OwnedMap, (RowPointer{17, 0}));
-    EXPECT_EQ(definition.FreeMap, (RowPointer{17, 1}));
-    EXPECT_EQ(definition.LongValues[0].Owned, (RowPointer{17, 2}));
-    EXPECT_EQ(definition.LongValues[0].Free, (RowPointer{17, 3}));
-    EXPECT_EQ(definition.RealIndexes[0].Map, (RowPointer{17, 4}));
-}
-
 struct BadTable {
     const char* Name;
     std::u16string Table;
@@ -119,39 +114,30 @@ struct BadTable {
     int Number;
 };
 
-class RefusedTables : public Databases, public testing::WithParamInterface<BadTable> {};
-
-TEST_P(RefusedTables, RaiseTheirNumberAndChangeNothing) {
+TEST_F(Databases, RefuseATableAndChangeNothing) {
+    const BadTable tables[] = {{"NameInUse", u"t", {Plain}, 3010},
+                               {"SystemTable", u"MSYSACES", {Plain}, 3010},
+                               {"EmptyName", u"", {Plain}, 3125},
+                               {"LeadingBlank", u" U", {Plain}, 3125},
+                               {"Bracket", u"U[1]", {Plain}, 3125},
+                               {"Period", u"U.1", {Plain}, 3125},
+                               {"ControlCharacter", u"U\t1", {Plain}, 3125},
+                               {"LongName", std::u16string(65, u'U'), {Plain}, 3125},
+                               {"NoColumn", u"U", {}, 3264},
+                               {"TwoColumnsOfOneName", u"U", {Plain, {u"a", ColumnType::Text}}, 3380},
+                               {"LongText", u"U", {{u"A", ColumnType::Text, 256}}, 3271},
+                               {"LongBinary", u"U", {{u"A", ColumnType::Binary, 511}}, 3271},
+                               {"UnknownType", u"U", {{u"A", static_cast<ColumnType>(0)}}, 3259},
+                               {"NumericColumn", u"U", {{u"A", ColumnType::Numeric}}, 3259},
+                               {"TooManyColumns", u"U", std::vector<ColumnSpec>(256, Plain), 3190}};
     MakeTable({{u"A", ColumnType::Long}});
     const std::uint32_t pages = mDatabase->File().PageCount();
-    EXPECT_EQ(NumberRaised([&] { mDatabase->CreateTable(GetParam().Table, GetParam().Columns); }),
-              GetParam().Number);
+    for (const BadTable& bad : tables) {
+        const auto create = [&] { mDatabase->CreateTable(bad.Table, bad.Columns); };
+        EXPECT_EQ(NumberRaised(create), bad.Number) << bad.Name;
+    }
     EXPECT_EQ(mDatabase->File().PageCount(), pages);
     EXPECT_THAT(mDatabase->TableNames(), ElementsAre(u"T"));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Reasons, RefusedTables,
-    testing::Values(BadTable{"NameInUse", u"t", {Plain}, 3010},
-                    BadTable{"SystemTable", u"MSYSACES", {Plain}, 3010},
-                    BadTable{"EmptyName", u"", {Plain}, 3125}, BadTable{"LeadingBlank", u" U", {Plain}, 3125},
-                    BadTable{"Bracket", u"U[1]", {Plain}, 3125}, BadTable{"Period", u"U.1", {Plain}, 3125},
-                    BadTable{"ControlCharacter", u"U\t1", {Plain}, 3125},
-                    BadTable{"LongName", std::u16string(65, u'U'), {Plain}, 3125},
-                    BadTable{"NoColumn", u"U", {}, 3264},
-                    BadTable{"TwoColumnsOfOneName", u"U", {Plain, {u"a", ColumnType::Text}}, 3380},
-                    BadTable{"LongText", u"U", {{u"A", ColumnType::Text, 256}}, 3271},
-                    BadTable{"LongBinary", u"U", {{u"A", ColumnType::Binary, 511}}, 3271},
-                    BadTable{"UnknownType", u"U", {{u"A", static_cast<ColumnType>(0)}}, 3259},
-                    BadTable{"NumericColumn", u"U", {{u"A", ColumnType::Numeric}}, 3259},
-                    BadTable{"TooManyColumns", u"U", std::vector<ColumnSpec>(256, Plain), 3190}),
-    [](const auto& tested) { return tested.param.Name; });
-
-TEST_F(Databases, SayWhichColumnStandsTwice) {
-    Create();
-    const auto make = [&] { mDatabase->CreateTable(u"Orders", {Plain, {u"a", ColumnType::Text}}); };
-    EXPECT_EQ(ErrorOf(make).Description, "Field 'a' already exists in table 'Orders'.");
-    EXPECT_EQ(DataError(1).Description, "Reserved error.");
 }
 
 struct BadIndex {
@@ -160,9 +146,17 @@ struct BadIndex {
     int Number;
 };
 
-class RefusedIndexes : public Databases, public testing::WithParamInterface<BadIndex> {};
-
-TEST_P(RefusedIndexes, RaiseTheirNumberAndChangeNothing) {
+TEST_F(Databases, RefuseAnIndexAndChangeNothing) {
+    const BadIndex indexes[] = {{"NameInUse", {u"PRIMARYKEY", {{u"B"}}}, 3375},
+                                {"SecondPrimary", {u"Second", {{u"B"}}, true}, 3283},
+                                {"NoColumn", {u"I", {}}, 3264},
+                                {"UnknownColumn", {u"I", {{u"X"}}}, 3409},
+                                {"ColumnWithoutOrder", {u"I", {{u"OO"}}}, 3409},
+                                {"TooManyColumns", {u"I", std::vector<IndexColumnSpec>(11, {u"A"})}, 3277},
+                                {"LongKeys", {u"I", std::vector<IndexColumnSpec>(10, {u"B"})}, 3047},
+                                {"NoName", {u"", {{u"A"}}}, 3125},
+                                {"Duplicates", {u"I", {{u"B"}}, false, true}, 3022},
+                                {"Nulls", {u"I", {{u"B"}}, false, false, true}, 3058}};
     // As many long columns as make the table's maps fill their page.
     std::vector<ColumnSpec> columns{{u"A", ColumnType::Long}, {u"B", ColumnType::Text}};
     while (columns.size() < 29)
@@ -177,7 +171,10 @@ TEST_P(RefusedIndexes, RaiseTheirNumberAndChangeNothing) {
         row[2] = {};
     }
     for (const Sharing next : {Sharing::Exclusive, Sharing::Shared, Sharing::Exclusive}) {
-        EXPECT_EQ(NumberRaised([&] { mDatabase->CreateIndex(*table, GetParam().Index); }), GetParam().Number);
+        for (const BadIndex& bad : indexes) {
+            EXPECT_EQ(NumberRaised([&] { mDatabase->CreateIndex(*table, bad.Index); }), bad.Number)
+                << bad.Name;
+        }
         table = ReopenTable(next);
     }
     EXPECT_EQ(table->Definition().LogicalIndexes.size(), 1U);
@@ -186,23 +183,9 @@ TEST_P(RefusedIndexes, RaiseTheirNumberAndChangeNothing) {
     ExpectSoundFile();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Reasons, RefusedIndexes,
-    testing::Values(BadIndex{"NameInUse", {u"PRIMARYKEY", {{u"B"}}}, 3375},
-                    BadIndex{"SecondPrimary", {u"Second", {{u"B"}}, true}, 3283},
-                    BadIndex{"NoColumn", {u"I", {}}, 3264}, BadIndex{"UnknownColumn", {u"I", {{u"X"}}}, 3409},
-                    BadIndex{"ColumnWithoutOrder", {u"I", {{u"OO"}}}, 3409},
-                    BadIndex{"TooManyColumns", {u"I", std::vector<IndexColumnSpec>(11, {u"A"})}, 3277},
-                    BadIndex{"LongKeys", {u"I", std::vector<IndexColumnSpec>(10, {u"B"})}, 3047},
-                    BadIndex{"NoName", {u"", {{u"A"}}}, 3125},
-                    BadIndex{"Duplicates", {u"I", {{u"B"}}, false, true}, 3022},
-                    BadIndex{"Nulls", {u"I", {{u"B"}}, false, false, true}, 3058}),
-    [](const auto& tested) { return tested.param.Name; });
-
 TEST_F(Databases, KeepTheKindAndTheColumnsOfAnIndex) {
     std::vector<ColumnSpec> columns;
-    for (char16_t name = u'A'; name < u'K'; ++name)
-        columns.push_back({std::u16string(1, name), ColumnType::Long});
+    for (const char16_t name : u"ABCDEFGHIJ"s) columns.push_back({{name}, ColumnType::Long});
     IndexSpec ten{u"Ten", {}};
     for (std::size_t i = 0; i < 10; ++i) ten.Columns.push_back({columns[9 - i].Name, i % 2 == 0});
     MakeTable(columns, {{u"PrimaryKey", {{u"b"}}, true, false, false, true},
@@ -253,9 +236,7 @@ TEST_F(Databases, BuildAnIndexOverTheRowsThereAre) {
 TEST_F(Databases, TakeTheWidestTableAndThirtyTwoIndexes) {
     std::vector<ColumnSpec> columns;
     for (std::size_t i = 0; i < MaxColumns; ++i) {
-        std::u16string name = u"Column ";
-        for (const char c : std::to_string(i)) name.push_back(static_cast<char16_t>(c));
-        columns.push_back({name, i % 3 == 0 ? ColumnType::Memo : ColumnType::Long});
+        columns.push_back({Numbered(i), i % 3 == 0 ? ColumnType::Memo : ColumnType::Long});
     }
     auto table = MakeTable(columns);
     for (std::size_t i = 0; i < MaxIndexes; ++i) {
@@ -275,21 +256,11 @@ TEST_F(Databases, TakeTheWidestTableAndThirtyTwoIndexes) {
 
 TEST_F(Databases, ManyTablesFillTheListOfObjects) {
     Create();
-    for (int i = 0; i < 150; ++i) {
-        std::u16string name = u"Table ";
-        for (const char c : std::to_string(i)) name.push_back(static_cast<char16_t>(c));
-        mDatabase->CreateTable(name, {{u"A", ColumnType::Long}});
-    }
+    for (std::size_t i = 0; i < 150; ++i) mDatabase->CreateTable(Numbered(i), {Plain});
     Reopen();
     EXPECT_EQ(mDatabase->TableNames().size(), 150U);
-    EXPECT_NE(mDatabase->FindTable(u"table 149"), nullptr);
+    EXPECT_NE(mDatabase->FindTable(Numbered(149)), nullptr);
     ExpectSoundFile();
-}
-
-TEST_F(Databases, WriteEverythingWhenTheyGoWithoutClose) {
-    MakeTable({{u"A", ColumnType::Long}})->Insert(Row{1});
-    mDatabase.reset();
-    EXPECT_EQ(ReopenTable()->RowCount(), 1U);
 }
 
 }  // namespace

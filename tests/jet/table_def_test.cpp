@@ -102,35 +102,20 @@ TEST_F(TableDefs, ReadBackAsTheyWereWritten) {
     written.LongValues = {{3, {30, 1}, {30, 2}}};
     written.LastAutoNumber = 77;
     WriteTableDef(File(), written);
-    const TableDef read = ReadTableDef(File(), page);
-
-    EXPECT_EQ(read.RowCount, 2U);
-    EXPECT_EQ(read.LastAutoNumber, 77U);
-    EXPECT_EQ(read.MaxColumnNumber, 9);
-    EXPECT_EQ(read.VariableColumns, 2);
-    EXPECT_EQ(read.OwnedMap, (RowPointer{25, 0}));
-    EXPECT_EQ(read.FreeMap, (RowPointer{25, 1}));
-    ASSERT_EQ(read.Columns.size(), 9U);
+    TableDef read = ReadTableDef(File(), page);
     EXPECT_EQ(read.Columns[7].Name, u"H");
-    EXPECT_EQ(read.Columns[7].FixedOffset, 23);
-    EXPECT_TRUE(read.Columns[0].Compressed);
-    EXPECT_FALSE(read.Columns[1].Compressed);
-    ASSERT_EQ(read.RealIndexes.size(), 2U);
-    EXPECT_EQ(read.RealIndexes[1].RootPage, 26U);
-    EXPECT_EQ(read.RealIndexes[1].Map, (RowPointer{25, 3}));
     EXPECT_TRUE(read.RealIndexes[0].IsUnique() && read.RealIndexes[0].IsRequired());
-    ASSERT_NE(read.FindIndex(u"primarykey"), nullptr);
     EXPECT_EQ(read.FindIndex(u"PRIMARYKEY")->RealIndexNumber, 0U);
     EXPECT_EQ(read.LogicalIndexes[0].Name, u"B") << "by name";
-    ASSERT_EQ(read.LongValues.size(), 1U);
     EXPECT_EQ(read.LongValues[0].Free, (RowPointer{30, 2}));
+
+    read.Page = NewDefinitionPage();
+    WriteTableDef(File(), read);
+    EXPECT_EQ(PageBytes(read.Page, 0, 4096), PageBytes(page, 0, 4096)) << "every field comes back";
 }
 
 std::u16string LongName(std::size_t i) {
-    std::u16string name = u"C";
-    for (const char c : std::to_string(1000 + i)) name.push_back(static_cast<char16_t>(c));
-    name.resize(MaxNameLength, u'x');
-    return name;
+    return std::u16string(1, static_cast<char16_t>(0x400 + i)) + std::u16string(MaxNameLength - 1, u'x');
 }
 
 TEST_F(TableDefs, OutgrowTheirPageAndShrinkAgain) {
@@ -179,27 +164,27 @@ struct Damage {
     std::uint32_t Dword;
 };
 
-class DamagedDefinitions : public TableDefs, public testing::WithParamInterface<Damage> {};
-
-TEST_P(DamagedDefinitions, AreAnError) {
-    const std::uint32_t page = NewDefinitionPage();
-    TableDef table = EngineTable(page);
-    WriteTableDef(File(), table);
-    StoreU32(File().Read(page).Change() + GetParam().At, GetParam().Dword);
-    EXPECT_EQ(test::NumberRaised([&] { ReadTableDef(File(), page); }), 3428);
+TEST_F(TableDefs, ThatContradictThemselvesAreAnError) {
+    const Damage places[] = {{"PageType", 0x00, 0x00000101},
+                             {"NextPageIsNoDefinition", 0x04, 1},
+                             {"NextPageBeyondTheFile", 0x04, 0x00FFFFFF},
+                             {"LengthTooShort", 0x08, 0x20},
+                             {"LengthBeyondTheChain", 0x08, 0x00100000},
+                             {"LengthCutsTheNames", 0x08, 0x150},
+                             {"ColumnCount", 0x2D, 0x0002FFFF},
+                             {"RealIndexCount", 0x33, 0x10000000},
+                             {"LogicalIndexCount", 0x2F, 0x10000000},
+                             {"ColumnNumber", 0x5C, 0x00000900},
+                             {"VariableIndex", 0x5E, 0x0001FFFF},
+                             {"LogicalWithoutReal", 0x1CC, 9}};
+    for (const Damage& damage : places) {
+        TableDef table = EngineTable(NewDefinitionPage());
+        WriteTableDef(File(), table);
+        StoreU32(File().Read(table.Page).Change() + damage.At, damage.Dword);
+        EXPECT_EQ(test::NumberRaised([&] { ReadTableDef(File(), table.Page); }), 3428) << damage.Name;
+    }
     EXPECT_EQ(test::NumberRaised([&] { ReadTableDef(File(), 0); }), 3428) << "a chain that begins nowhere";
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Places, DamagedDefinitions,
-    testing::Values(Damage{"PageType", 0x00, 0x00000101}, Damage{"NextPageIsNoDefinition", 0x04, 1},
-                    Damage{"NextPageBeyondTheFile", 0x04, 0x00FFFFFF}, Damage{"LengthTooShort", 0x08, 0x20},
-                    Damage{"LengthBeyondTheChain", 0x08, 0x00100000},
-                    Damage{"LengthCutsTheNames", 0x08, 0x150}, Damage{"ColumnCount", 0x2D, 0x0002FFFF},
-                    Damage{"RealIndexCount", 0x33, 0x10000000}, Damage{"LogicalIndexCount", 0x2F, 0x10000000},
-                    Damage{"ColumnNumber", 0x5C, 0x00000900}, Damage{"VariableIndex", 0x5E, 0x0001FFFF},
-                    Damage{"LogicalWithoutReal", 0x1CC, 9}),
-    [](const auto& tested) { return tested.param.Name; });
 
 }  // namespace
 }  // namespace jet
