@@ -54,10 +54,7 @@ TEST_F(Samples, AJet3RowIsEditedInItsPlace) {
     const std::vector<Value> before = ColumnValues(*rows, u"ProductID");
     rows->MoveFirst();
     const Value first = rows->Fields(u"ProductID").GetValue();
-    rows->Edit();
-    rows->Fields(u"CategoryID").SetValue(8);  // from the first category to the last
-    rows->Fields(u"Discontinued").SetValue(true);
-    rows->Update();
+    Edit(*rows, {{u"CategoryID", 8}, {u"Discontinued", true}});  // from the first category to the last
     Reopen();
 
     const auto again = mDatabase->OpenRecordset(u"Products");

@@ -36,7 +36,7 @@ class Checkpoints : public test::NewDatabase {
                 const std::size_t t = random() % Names.size();
                 const auto id = static_cast<std::int32_t>(mRows[t].size());
                 const std::u16string name(random() % 60, static_cast<char16_t>(u'a' + random() % 26));
-                const std::u16string memo(random() % 4 == 0 ? random() % 9000 : random() % 90, u'm');
+                const std::u16string memo(random() % 6 == 0 ? random() % 9000 : random() % 90, u'm');
                 const Row row{id, name, memo};
                 mDatabase->FindTable(Names[t])->Insert(row);
                 mRows[t].push_back(row);

@@ -218,18 +218,6 @@ TEST_F(IndexTrees, ACursorGoesOnBehindItsEntryWhateverHappens) {
     EXPECT_TRUE(cursor.AtEnd());
 }
 
-TEST_F(IndexTrees, RemovingEverythingLeavesAnEmptyRoot) {
-    for (std::uint32_t i = 0; i < 5'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
-    EXPECT_GT(Check().Pages.size(), 5U);
-    for (std::uint32_t i = 5'000; i-- > 0;) Remove(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
-    EXPECT_EQ(Check().Pages, std::set<std::uint32_t>{mRoot});
-    // And the freed pages serve again.
-    const std::uint32_t pages = mFile->PageCount();
-    for (std::uint32_t i = 0; i < 5'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
-    Check();
-    EXPECT_LE(mFile->PageCount(), pages);
-}
-
 // Random histories against the set.
 
 struct History {

@@ -4,7 +4,6 @@
 #include <tuple>
 
 #include "platform/jet/bytes.h"
-#include "platform/jet/database.h"
 #include "tests/support/expect_error.h"
 #include "tests/support/hex.h"
 #include "tests/support/scratch.h"
@@ -92,13 +91,6 @@ TEST_F(PageFiles, OpeningSaysWhatIsWrong) {
     EXPECT_EQ(NumberRaised(open), 3343) << "longer than a database can be";
 }
 
-TEST_F(PageFiles, AFileThatIsOnlyAHeaderCannotBeOpenedAsADatabase) {
-    WriteHeader(0x14, 1);
-    const platform::Error error = ErrorOf([&] { Database::Open(Path(), Sharing::Shared); });
-    EXPECT_EQ(error.Number, 3049);
-    EXPECT_EQ(error.Path, Path());
-}
-
 TEST_F(PageFiles, AnExclusiveFileKeepsOthersOut) {
     const auto file = Create();
     file->Checkpoint();
@@ -171,15 +163,6 @@ TEST_F(PageFiles, TheLimitIsAnErrorBeforeAnythingIsTaken) {
     EXPECT_EQ(file->PageCount(), 10U);
 }
 
-TEST_F(PageFiles, APageNumberBeyondTheFileIsDamage) {
-    auto file = Create();
-    for (const std::uint32_t page : {2U, 1000U, 0xFFFFFFFFU}) {
-        const platform::Error error = ErrorOf([&] { file->Read(page); });
-        EXPECT_EQ(error.Number, 3428);
-        EXPECT_EQ(error.Path, Path());
-    }
-}
-
 class SharedPageFiles : public PageFiles {
   protected:
     SharedPageFiles() {
@@ -196,20 +179,12 @@ class SharedPageFiles : public PageFiles {
     std::unique_ptr<PageFile> mTheirs;
 };
 
-TEST_F(SharedPageFiles, ACommittedChangeIsSeenAtOnce) {
-    EXPECT_EQ(ByteOf(*mTheirs), 0);
-    SharedChange change(*mMine);
-    SetByte(*mMine, 5);
-    EXPECT_EQ(ByteOf(*mTheirs), 0);
-    change.Commit();
-    EXPECT_EQ(ByteOf(*mTheirs), 5);
-}
-
 TEST_F(SharedPageFiles, AChangeWithoutCommitIsForgotten) {
     PageHandle held;
     {
         SharedChange change(*mMine);
         SetByte(*mMine, 5);
+        EXPECT_EQ(ByteOf(*mTheirs), 0);
         EXPECT_EQ(mMine->Allocate(), 2U);
         EXPECT_EQ(NumberRaised([&] { mMine->Read(99); }), 3428);
         held = mMine->Read(1);

@@ -109,21 +109,17 @@ TEST_F(Samples, TablesHoldTheirRows) {
 }
 
 TEST_F(Samples, LongValuesOfEveryKindAreRead) {
-    const auto categories = TableOf("nwind.mdb", u"Categories");
-    const auto column = *categories->Definition().FindColumn(u"Picture");
-    for (const Row& row : RowsOf(*categories)) {
-        EXPECT_EQ(std::get<Binary>(row[column]).Bytes.size(), 10746U);
-        EXPECT_EQ(std::get<Binary>(row[column]).Bytes.substr(0, 2), "\x15\x1C") << "an embedded picture";
-    }
     std::vector<std::size_t> lengths;
-    for (const std::u16string_view name : {u"MSysObjects", u"MSysAccessObjects", u"MSP_PROJECTS"}) {
-        for (const Row& row : RowsOf(*TableOf("test2V2000.mdb", name))) {
+    for (const auto& [file, name] :
+         {std::pair("nwind.mdb", u"Categories"), std::pair("test2V2000.mdb", u"MSysObjects"),
+          std::pair("test2V2000.mdb", u"MSysAccessObjects"), std::pair("test2V2000.mdb", u"MSP_PROJECTS")}) {
+        for (const Row& row : RowsOf(*TableOf(file, name))) {
             for (const Value& value : row) {
                 if (const auto* bytes = std::get_if<Binary>(&value)) lengths.push_back(bytes->Bytes.size());
             }
         }
     }
-    EXPECT_THAT(lengths, testing::IsSupersetOf({12'757U, 22'970U})) << "chains of four and six pages";
+    EXPECT_THAT(lengths, testing::IsSupersetOf({10'746U, 12'757U, 22'970U})) << "chains of pages";
 }
 
 /// Changes the first Long of every row of a table with indexes, in both versions of the format.
@@ -138,20 +134,9 @@ TEST_P(ChangedSamples, KeepIndexesAndRowsTogether) {
     for (auto row = table->FirstRow(); row; row = table->NextRow(*row)) {
         table->UpdateFixed(*row, column, std::get<std::int32_t>(table->ReadColumn(*row, column)) + 1000);
     }
-    mDatabase->Close();
-    mDatabase = Database::Open(Path(), Sharing::Exclusive);
-    table = mDatabase->FindTable(u"Table1");
-    EXPECT_EQ(RowsOf(*table), expected);
-    for (std::size_t i = 0; i < table->Definition().RealIndexes.size(); ++i) {
-        std::size_t entries = 0;
-        std::string last;
-        for (auto entry = table->Index(i).First(); !entry.AtEnd(); entry.Next(), ++entries) {
-            EXPECT_LE(last, entry.Key());
-            last = entry.Key();
-            table->ReadColumn(entry.Row(), column);
-        }
-        EXPECT_EQ(entries, expected.size());
-    }
+    Reopen();
+    EXPECT_EQ(RowsOf(*mDatabase->FindTable(u"Table1")), expected);
+    ExpectSoundChangedFile();
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, ChangedSamples,
@@ -162,8 +147,7 @@ TEST_F(Samples, ATableCanBeAddedToAFileOfTheEngine) {
     auto table = mDatabase->CreateTable(u"New", {{u"A", ColumnType::Long}, {u"B", ColumnType::Memo}});
     mDatabase->CreateIndex(*table, {u"PrimaryKey", {{u"A"}}, true});
     table->Insert(Row{1, std::u16string(3000, u'x')});
-    mDatabase->Close();
-    mDatabase = Database::Open(Path(), Sharing::Exclusive);
+    Reopen();
     EXPECT_THAT(RowsOf(*mDatabase->FindTable(u"New")),
                 testing::ElementsAre(Row{1, std::u16string(3000, u'x')}));
     const auto objects = mDatabase->FindTable(u"MSysObjects");
