@@ -72,6 +72,15 @@ std::uint8_t DataPage::Append(std::span<const std::uint8_t> row) {
     return static_cast<std::uint8_t>(mRowCount - 1);
 }
 
+void DataPage::RemoveLast() {
+    ResizeRow(mRowCount - 1, 0);
+    --mRowCount;
+    std::uint8_t* bytes = mPage.Change();
+    StoreU16(bytes + EntryAt(mRowCount), 0);
+    StoreU16(bytes + mFile->Format().RowCountAt, static_cast<std::uint16_t>(mRowCount));
+    StoreU16(bytes + PageFreeBytes, static_cast<std::uint16_t>(LowestRow() - EntryAt(mRowCount)));
+}
+
 bool DataPage::ResizeRow(unsigned row, std::size_t length) {
     const RowSlot slot = Slot(row);
     const std::size_t lowest = LowestRow();

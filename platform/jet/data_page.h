@@ -50,6 +50,9 @@ class DataPage {
     /// Adds a row that fits (HasRoom) and returns its slot.
     std::uint8_t Append(std::span<const std::uint8_t> row);
 
+    /// Takes the row of the highest slot off the page.
+    void RemoveLast();
+
     /// Makes a row longer or shorter in place; rows with higher slots move. The bytes behind its former end
     /// are zero. False when the page has no room.
     bool ResizeRow(unsigned row, std::size_t length);

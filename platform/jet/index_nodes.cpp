@@ -66,6 +66,7 @@ void IndexTree::StoreNode(const Path& way, std::size_t level, Node node) {
 /// Puts a node that is too large for its page on two pages. The entry between the halves rises to the parent,
 /// and its child becomes the tail of the left half.
 void IndexTree::SplitNode(Path way, std::size_t level, Node node) {
+    if (node.Entries.size() < 3) throw mFile.Damaged();  // one of them is longer than any key makes it
     if (level == 0) {
         PushRootDown(way);
         level = 1;

@@ -214,7 +214,9 @@ bool IndexPage::Holds(std::size_t offset, std::string_view start, std::size_t fu
 
 std::uint32_t IndexPage::Child(std::size_t offset) const {
     const std::string_view stored = Stored(offset, EntryEnd(offset));
-    return PointerOf(stored.size() >= PointerLength ? stored : std::string_view(Entry(offset)));
+    // Entries differ in front of their pointers, so none leaves a part of its own out.
+    if (stored.size() < PointerLength) throw mFile->Damaged();
+    return PointerOf(stored);
 }
 
 std::vector<std::string> IndexPage::Entries() const {
@@ -285,7 +287,7 @@ std::size_t IndexPage::CommonPrefix(std::span<const std::string_view> entries) c
 
 std::size_t IndexPage::PackedSize(std::span<const std::string_view> entries) const {
     const std::size_t prefix = CommonPrefix(entries);
-    std::size_t size = entries.empty() ? 0 : prefix;
+    std::size_t size = prefix;
     for (const std::string_view entry : entries) size += entry.size() - prefix;
     return size;
 }

@@ -38,7 +38,7 @@ IndexTree::Place IndexTree::Locate(std::string_view entry) const {
 bool IndexTree::Contains(std::string_view key) const {
     if (mLastLeaf != 0) {
         const IndexPage last = Read(mLastLeaf);
-        if (!last.IsEmpty() && last.IsAboveAll(key)) return false;
+        if (last.IsAboveAll(key)) return false;
     }
     const Place place = Locate(key);
     if (!mFile.IsShared() && place.AllTails && place.Leaf.Next() == 0) mLastLeaf = place.Leaf.Number();

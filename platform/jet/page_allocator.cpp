@@ -38,7 +38,7 @@ std::uint32_t PageAllocator::Allocate(std::uint32_t from) {
     const std::uint32_t start = std::max(mSearchFrom, from);
     const auto free = mFreePages.Next(start);
     if (free && *free < mFile.PageCount()) {
-        if (*free < LowestAllocatable && mFile.PageCount() > LowestAllocatable) throw mFile.Damaged();
+        if (*free < LowestAllocatable) throw mFile.Damaged();
         if (start == mSearchFrom) mSearchFrom = *free + 1;
         mFreePages.Remove(*free);
         return *free;

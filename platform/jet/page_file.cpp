@@ -60,11 +60,9 @@ PageHandle::PageHandle(PageHandle&& other) noexcept
     : mFile(std::exchange(other.mFile, nullptr)), mFrame(std::exchange(other.mFrame, nullptr)) {}
 
 PageHandle& PageHandle::operator=(PageHandle&& other) noexcept {
-    if (this != &other) {
-        Release();
-        mFile = std::exchange(other.mFile, nullptr);
-        mFrame = std::exchange(other.mFrame, nullptr);
-    }
+    Release();
+    mFile = std::exchange(other.mFile, nullptr);
+    mFrame = std::exchange(other.mFrame, nullptr);
     return *this;
 }
 
@@ -239,12 +237,13 @@ PageFile::Frame& PageFile::TakeFrame() {
     return *mFrames.back();
 }
 
-/// A frame whose page may be dropped, seeking round the clock for one that was not used lately.
+/// A frame whose page may be dropped, seeking round the clock for one that was not used lately. No frame is
+/// free when this is called.
 PageFile::Frame* PageFile::CleanFrame() {
     for (std::size_t steps = 2 * mFrames.size(); steps > 0; --steps) {
         Frame& frame = *mFrames[mClockHand];
         mClockHand = (mClockHand + 1) % mFrames.size();
-        if (frame.Pins > 0 || frame.Changed || frame.Number == NoPage) continue;
+        if (frame.Pins > 0 || frame.Changed) continue;
         if (!std::exchange(frame.Recent, false)) return &frame;
     }
     return nullptr;

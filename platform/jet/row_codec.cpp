@@ -64,9 +64,7 @@ std::int32_t ExpectInteger(const Value& value, std::int32_t lowest, std::int32_t
 
 float ExpectSingle(const Value& value) {
     const auto real = Expect<double>(value);
-    if (std::isfinite(real) && std::abs(real) > double{std::numeric_limits<float>::max()}) {
-        throw DataError(DataConversion);
-    }
+    if (std::abs(real) > double{std::numeric_limits<float>::max()}) throw DataError(DataConversion);
     return static_cast<float>(real);
 }
 
@@ -139,7 +137,7 @@ bool RowReader::Bit(const Column& column) const {
 }
 
 std::optional<std::span<const std::uint8_t>> RowReader::Field(const Column& column) const {
-    if (!Bit(column) || column.Type == ColumnType::Boolean) return std::nullopt;
+    if (!Bit(column)) return std::nullopt;
     if (column.IsFixed()) {
         const std::size_t start = mFixedAt + column.FixedOffset;
         if (start + column.Size > mMaskAt) throw mFile.Damaged();

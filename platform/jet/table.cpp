@@ -1,7 +1,6 @@
 #include "platform/jet/table.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <utility>
 
@@ -17,7 +16,6 @@ namespace {
 
 constexpr unsigned MostMoves = 8;  // of one row, before its pointers count as a cycle
 constexpr std::size_t MovedPointerLength = 4;
-constexpr std::size_t LongestFixed = 17;
 constexpr std::size_t MostWaitingBytes = std::size_t{16} << 20;  // while an index is built
 constexpr std::uint32_t LeastMapsOnPage = 25;  // of the longest rows that a new map has in either version
 
@@ -141,9 +139,9 @@ std::vector<RowPointer*> Table::Maps() {
 /// Moves the maps to a new page. The old one is freed when no other table's maps stand on it.
 void Table::MoveMaps() {
     const std::vector<RowPointer*> maps = Maps();
-    auto pages = static_cast<std::uint32_t>(maps.size() / LeastMapsOnPage + 1);
-    for (const RowPointer* place : maps) pages += UsageMap(mFile, *place).BitmapPageCount();
-    mFile.Reserve(pages);
+    std::size_t pages = maps.size() / LeastMapsOnPage + 1;
+    for (const RowPointer* place : maps) pages += UsageMap(mFile, *place).BitmapPages().size();
+    mFile.Reserve(static_cast<std::uint32_t>(pages));
     std::map<std::uint32_t, unsigned> left;  // how many maps leave a page
     MapRows rows(mFile);
     for (RowPointer* place : maps) {
@@ -254,11 +252,11 @@ void Table::StoreFixed(std::span<std::uint8_t> row, const RowReader& reader, con
     const bool isBoolean = column.Type == ColumnType::Boolean;
     const bool set = isBoolean ? BooleanOf(change.To) : !IsNull(change.To);
     if (!isBoolean) {
-        std::array<std::uint8_t, LongestFixed> bytes{};
+        std::vector<std::uint8_t> bytes(column.Size);
         if (set) EncodeFixed(column, change.To, bytes.data());
         const std::size_t start = reader.FixedAt() + column.FixedOffset;
-        if (column.Size > bytes.size() || start + column.Size > reader.MaskAt()) throw mFile.Damaged();
-        std::copy_n(bytes.begin(), column.Size, &row[start]);
+        if (start + bytes.size() > reader.MaskAt()) throw mFile.Damaged();
+        std::ranges::copy(bytes, &row[start]);
     }
     std::uint8_t& mask = row[reader.MaskAt() + column.Number / 8U];
     const auto bit = static_cast<std::uint8_t>(1U << (column.Number % 8U));
@@ -325,12 +323,17 @@ void Table::BuildIndex(RealIndex& index, OpenIndex& open) {
     index.Distinct += open.Rules.MergeWaiting();
 }
 
+/// Undoes what was done for an index that is not to be: its map is still the last on its page.
 void Table::FreeIndexPages(const RealIndex& index) {
     UsageMap pages(mFile, index.Map);
     for (auto page = pages.Next(0); page; page = pages.Next(*page + 1)) {
         pages.Remove(*page);
         mFile.Free(*page);
     }
+    for (const std::uint32_t page : pages.BitmapPages()) mFile.Free(page);
+    DataPage maps(mFile, index.Map.Page);
+    maps.RemoveLast();
+    if (maps.RowCount() == 0) mFile.Free(maps.Number());
 }
 
 void Table::Publish() {

@@ -118,18 +118,16 @@ class DefinitionReader {
   private:
     const std::uint8_t* Take(std::size_t length) {
         if (length > mBytes.size() - mAt) throw mFile.Damaged();
-        return &mBytes[std::exchange(mAt, mAt + length)];
+        return mBytes.data() + std::exchange(mAt, mAt + length);
     }
 
     std::u16string TakeName() {
         if (mFormat.FileVersion == Version::Jet3) {
             const std::size_t length = *Take(1);
-            if (length == 0) return {};
             const std::uint8_t* bytes = Take(length);
             return platform::WideFromBytes(std::string(bytes, bytes + length));
         }
         const std::size_t length = LoadU16(Take(2));
-        if (length / 2 == 0) return {};
         const std::uint8_t* bytes = Take(length);
         std::u16string name;
         for (std::size_t i = 0; i + 1 < length; i += 2) name.push_back(LoadU16(bytes + i));

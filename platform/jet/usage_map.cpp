@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <vector>
 
 #include "platform/jet/bytes.h"
 #include "platform/jet/data_page.h"
@@ -142,12 +141,12 @@ std::optional<std::uint32_t> UsageMap::Last() const {
     return std::nullopt;
 }
 
-std::uint32_t UsageMap::BitmapPageCount() const {
+std::vector<std::uint32_t> UsageMap::BitmapPages() const {
     const Extent extent = Locate();
-    std::uint32_t pages = 0;
+    std::vector<std::uint32_t> pages;
     if (extent.Type == InlineMap) return pages;
     for (std::size_t at = MapReferencesAt; at + ReferenceSize <= extent.Length; at += ReferenceSize)
-        if (LoadU32(extent.Bytes() + at) != 0) ++pages;
+        if (const std::uint32_t page = LoadU32(extent.Bytes() + at); page != 0) pages.push_back(page);
     return pages;
 }
 
@@ -155,7 +154,6 @@ void UsageMap::MoveTo(RowPointer row) {
     const Extent extent = Locate();
     DataPage target(*mFile, row.Page);
     const auto bytes = target.ChangeRow(row.Row);
-    if (bytes.size() != extent.Length) throw mFile->Damaged();
     std::copy_n(extent.Bytes(), extent.Length, bytes.begin());
     mRow = row;
     if (extent.Type == InlineMap) return;

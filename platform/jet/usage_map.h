@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "platform/jet/page_file.h"
 
@@ -46,8 +47,8 @@ class UsageMap {
     /// The highest page of the map.
     std::optional<std::uint32_t> Last() const;
 
-    /// Bitmap pages that the map has.
-    std::uint32_t BitmapPageCount() const;
+    /// The bitmap pages that the map has.
+    std::vector<std::uint32_t> BitmapPages() const;
 
     /// Copies the map, with the bitmap pages it has, to a row of the same length on another page, and frees
     /// the bitmap pages. The map is that row from now on. Raises 3036 when the file is full.

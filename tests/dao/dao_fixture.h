@@ -63,6 +63,14 @@ class DaoFixture : public testing::Test {
         rows.Update();
     }
 
+    /// Changes columns of the current row.
+    static void Edit(dao::Recordset& rows,
+                     const std::vector<std::pair<std::u16string, dao::Value>>& changes) {
+        rows.Edit();
+        for (const auto& [column, value] : changes) rows.Fields(column).SetValue(value);
+        rows.Update();
+    }
+
     /// The values of one column in the recordset's order.
     static std::vector<dao::Value> ColumnValues(dao::Recordset& rows, std::u16string_view column) {
         std::vector<dao::Value> values;

@@ -49,6 +49,9 @@ TEST_F(Recordsets, AnEmptyTableIsAtItsEnd) {
 
 TEST_F(Recordsets, RowsComeInPhysicalOrderUntilAnIndexIsNamed) {
     AddThree();
+    const auto opened = mDatabase->OpenRecordset(u"TOWNS");
+    EXPECT_EQ(opened->Fields(0).GetValue(), Value(30)) << "it stands on the first row";
+    EXPECT_EQ(opened->RecordCount(), 3);
     EXPECT_THAT(ColumnValues(*mRows, u"Id"), ElementsAre(Value(30), Value(10), Value(20)));
     EXPECT_EQ(Raised([&] { mRows->MoveNext(); }), 3021) << "behind the last row";
     mRows->SetIndex(u"primarykey");
@@ -61,14 +64,6 @@ TEST_F(Recordsets, RowsComeInPhysicalOrderUntilAnIndexIsNamed) {
     const platform::Error error = test::ErrorOf([&] { mRows->SetIndex(u"ByColour"); });
     EXPECT_EQ(error.Number, 3800);
     EXPECT_EQ(error.Description, "'ByColour' is not an index in this table.");
-}
-
-TEST_F(Recordsets, ATableOpenedWithRowsStandsOnTheFirst) {
-    AddThree();
-    const auto rows = mDatabase->OpenRecordset(u"TOWNS");
-    EXPECT_FALSE(rows->AtEnd());
-    EXPECT_EQ(rows->Fields(0).GetValue(), Value(30));
-    EXPECT_EQ(rows->RecordCount(), 3);
 }
 
 TEST_F(Recordsets, ARowAddedWhileWalkingComesAtItsPlace) {
@@ -127,17 +122,9 @@ TEST_F(Recordsets, FieldsAreFoundByNameAndPosition) {
     EXPECT_EQ(Raised([&] { mRows->Fields(u"Village"); }), 3265);
     EXPECT_EQ(Raised([&] { mRows->Fields(5); }), 3265);
     EXPECT_EQ(Raised([&] { mRows->Fields(-1); }), 3265);
-}
-
-TEST_F(Recordsets, ValuesComeBackInTheColumnsKind) {
     AddThree();
-    mRows->SetIndex(u"PrimaryKey");
-    mRows->MoveFirst();
-    EXPECT_EQ(mRows->Fields(u"Note").GetValue(), Value(u"a note"));
-    EXPECT_EQ(mRows->Fields(u"Open").GetValue(), Value(true));
-    EXPECT_EQ(mRows->Fields(u"Rate").GetValue(), Value(Currency{25000}));
-    mRows->MoveNext();
-    EXPECT_TRUE(IsNull(mRows->Fields(u"Note").GetValue()));
+    EXPECT_THAT(ColumnValues(*mRows, u"Note"), ElementsAre(Null{}, u"a note", Null{}));
+    EXPECT_THAT(ColumnValues(*mRows, u"Rate"), ElementsAre(Null{}, Currency{25000}, Currency{12500}));
 }
 
 // Adding and changing
@@ -148,10 +135,7 @@ TEST_F(Recordsets, ANewRowIsNullAndItsYesNoColumnsFalse) {
     EXPECT_EQ(mRows->Fields(u"Open").GetValue(), Value(false));
     mRows->Fields(u"Rate").SetValue(u"12.5");
     EXPECT_EQ(mRows->Fields(u"Rate").GetValue(), Value(Currency{125000})) << "converted at once";
-}
-
-TEST_F(Recordsets, ARefusedAssignmentLeavesTheFormerValue) {
-    mRows->AddNew();
+    // A refused assignment leaves the former value.
     mRows->Fields(u"Town").SetValue(u"Oslo");
     EXPECT_EQ(Raised([&] { mRows->Fields(u"Town").SetValue(std::u16string(21, u'x')); }), 3163);
     EXPECT_EQ(Raised([&] { mRows->Fields(u"Town").SetValue(u""); }), 3315);
@@ -166,12 +150,10 @@ TEST_F(Recordsets, NothingIsAssignedOrUpdatedOutsideEditing) {
     EXPECT_EQ(error.Number, 3020);
     EXPECT_EQ(error.Description,
               "You tried to call Update or CancelUpdate or attempted to update a Field in a recordset "
-              "without first "
-              "calling AddNew or Edit.");
+              "without first calling AddNew or Edit.");
     EXPECT_EQ(Raised([&] { mRows->Update(); }), 3020);
     mRows->MoveFirst();
-    mRows->Edit();
-    mRows->Update();
+    Edit(*mRows, {});
     EXPECT_EQ(Raised([&] { mRows->Update(); }), 3020) << "an update ends the editing";
 }
 
@@ -208,38 +190,22 @@ TEST_F(Recordsets, EditChangesColumnsOfFixedLengthAndTheirIndexes) {
     AddThree();
     mRows->SetIndex(u"PrimaryKey");
     mRows->Seek("=", 20);
-    mRows->Edit();
-    mRows->Fields(u"Id").SetValue(40);
-    mRows->Fields(u"Rate").SetValue(Null{});
-    mRows->Fields(u"Open").SetValue(true);
-    mRows->Update();
+    const auto other = mDatabase->OpenRecordset(u"Towns");
+    for (int i = 0; i < 2; ++i) other->MoveNext();
+    EXPECT_EQ(other->Fields(u"Id").GetValue(), Value(20));
+    Edit(*mRows, {{u"Id", 40}, {u"Rate", Null{}}, {u"Open", true}});
     EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(40)) << "the row stays current";
+    EXPECT_EQ(other->Fields(u"Id").GetValue(), Value(40)) << "another cursor sees the change at once";
     EXPECT_THAT(ColumnValues(*mRows, u"Id"), ElementsAre(Value(10), Value(30), Value(40)));
     EXPECT_THAT(ColumnValues(*mRows, u"Open"), ElementsAre(Value(true), Value(false), Value(true)));
 
     mRows->MoveFirst();
-    mRows->Edit();
-    mRows->Fields(u"Id").SetValue(30);
-    EXPECT_EQ(Raised([&] { mRows->Update(); }), 3022);
+    EXPECT_EQ(Raised([&] { Edit(*mRows, {{u"Id", 30}}); }), 3022);
     mRows->MoveFirst();
     EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(10));
-    mRows->Edit();
-    mRows->Fields(u"Id").SetValue(11);
-    mRows->Fields(u"Town").SetValue(u"Aarhus");
-    EXPECT_EQ(Raised([&] { mRows->Update(); }), 3251) << "texts are not changed in place";
+    EXPECT_EQ(Raised([&] { Edit(*mRows, {{u"Id", 11}, {u"Town", u"Aarhus"}}); }), 3251) << "a text";
     mRows->MoveFirst();
     EXPECT_EQ(mRows->Fields(u"Id").GetValue(), Value(10)) << "nothing of the refused change is written";
-}
-
-TEST_F(Recordsets, AnotherCursorSeesAChangeAtOnce) {
-    AddThree();
-    const auto other = mDatabase->OpenRecordset(u"Towns");
-    EXPECT_EQ(other->Fields(u"Rate").GetValue(), Value(Null{}));
-    mRows->MoveFirst();
-    mRows->Edit();
-    mRows->Fields(u"Rate").SetValue(7);
-    mRows->Update();
-    EXPECT_EQ(other->Fields(u"Rate").GetValue(), Value(Currency{70000}));
 }
 
 TEST_F(Recordsets, AClosedRecordsetIsNoObjectAnyMore) {
@@ -252,21 +218,14 @@ TEST_F(Recordsets, AClosedRecordsetIsNoObjectAnyMore) {
 }
 
 TEST_F(Recordsets, TextsOfManyRowsDoNotMixThoughTheyShareTheirMemory) {
+    std::vector<Value> towns;
     for (int i = 0; i < 300; ++i) {
-        mRows->AddNew();
-        mRows->Fields(u"Id").SetValue(i);
-        if (i % 3 != 0)
-            mRows->Fields(u"Town").SetValue(std::u16string(static_cast<std::size_t>(1 + i % 20), u'a'));
-        mRows->Update();
+        towns.push_back(i % 3 == 0 ? Value()
+                                   : Value(std::u16string(static_cast<std::size_t>(1 + i % 20), u'a')));
+        Add(*mRows, {i, towns.back()});
     }
     mRows->SetIndex(u"PrimaryKey");
-    int i = 0;
-    for (const Value& town : ColumnValues(*mRows, u"Town")) {
-        const Value expected =
-            i % 3 == 0 ? Value() : Value(std::u16string(static_cast<std::size_t>(1 + i % 20), u'a'));
-        EXPECT_EQ(town, expected) << i;
-        ++i;
-    }
+    EXPECT_EQ(ColumnValues(*mRows, u"Town"), towns);
 }
 
 }  // namespace

@@ -74,9 +74,7 @@ TEST_F(QueryResults, HaveNoIndexAndLetTheirRowsBeEdited) {
     const auto rows = Query(u"Muller");
     EXPECT_EQ(test::ErrorOf([&] { rows->SetIndex(u"PrimaryKey"); }).Number, 3251);
     EXPECT_EQ(test::ErrorOf([&] { rows->Seek("=", 1); }).Number, 3251);
-    rows->Edit();
-    rows->Fields(u"N").SetValue(9);
-    rows->Update();
+    Edit(*rows, {{u"N", 9}});
     EXPECT_EQ(rows->Fields(u"N").GetValue(), Value(9));
     const auto table = mDatabase->OpenRecordset(u"Links");
     table->SetIndex(u"PrimaryKey");

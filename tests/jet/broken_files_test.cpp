@@ -1,10 +1,7 @@
 // Files that something has damaged: every one gives an error of the data-access layer, or what is left of its
 // rows. Nothing crashes, hangs or asks for more memory than the file has bytes.
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <gtest/gtest.h>
 #include <random>
+#include <tuple>
 
 #include "platform/jet/bytes.h"
 #include "tests/jet/database_fixture.h"
@@ -34,13 +31,12 @@ class BrokenFiles : public test::NewDatabase {
         mRoot = table->Definition().RealIndexes[0].RootPage;
         mDatabase->Close();
         mDatabase.reset();
-        std::ifstream stream(Path(), std::ios::binary);
-        mBytes.assign(std::istreambuf_iterator<char>(stream), {});
+        mBytes = test::ReadBytes(Path());
     }
 
     /// Reads whatever the file offers. 0 when nothing was found wrong.
     int ReadEverything(const std::string& bytes) {
-        std::ofstream(Path(), std::ios::binary | std::ios::trunc) << bytes;
+        test::WriteBytes(Path(), bytes);
         return test::NumberRaised([&] {
             const auto database = Database::Open(Path(), Sharing::Shared);
             std::vector<std::u16string> names = database->TableNames();
@@ -57,6 +53,18 @@ class BrokenFiles : public test::NewDatabase {
                 }
             }
         });
+    }
+
+    /// The pages of long values, with or without the stamp of a chain's first piece.
+    std::vector<std::uint32_t> LongValuePages(bool stamped) {
+        std::vector<std::uint32_t> pages;
+        for (std::uint32_t page = 19; page < mBytes.size() / PageSize; ++page) {
+            if (LoadU32(At(mBytes, page, PageOwner)) == LongValueOwner &&
+                (LoadU32(At(mBytes, page, 8)) != 0) == stamped) {
+                pages.push_back(page);
+            }
+        }
+        return pages;
     }
 
     std::uint8_t* At(std::string& bytes, std::uint32_t page, std::size_t offset) const {
@@ -88,43 +96,40 @@ struct Break {
     std::uint32_t Page;
     std::size_t Offset;
     std::uint32_t Dword;
-    int Number;
+    int Number = 3428;
 };
 
-class BrokenPlaces : public BrokenFiles, public testing::WithParamInterface<Break> {};
-
-TEST_P(BrokenPlaces, AreFound) {
-    std::string bytes = mBytes;
-    const std::uint32_t page = GetParam().Page == FirstRowPage ? mFirstRow.Page
-                               : GetParam().Page == RootPage   ? mRoot
-                                                               : GetParam().Page;
-    StoreU32(At(bytes, page, GetParam().Offset), GetParam().Dword);
-    EXPECT_EQ(ReadEverything(bytes), GetParam().Number);
+TEST_F(BrokenFiles, DamagedPlacesAreFound) {
+    const Break places[] = {{"ObjectsDefinitionIsADataPage", 2, 0, 0x0D480101, 3049},
+                            {"ObjectsDefinitionTooLong", 2, 8, 0x7FFFFFFF, 3049},
+                            {"AcesDefinitionRunsInACircle", 3, 4, 3, 3049},
+                            {"VariableColumnsBeyondAllColumns", 16, 0x29, 0x00050003},
+                            {"LongOfAnotherSize", 16, 108, 0x00050000},
+                            {"IndexOfAMissingColumn", 16, 192, 0xFF010063},
+                            {"OwnedMapOnNoDataPage", 16, 0x37, 0x00001000},
+                            {"OwnedMapSlotMissing", 16, 0x37, 0x000011FF},
+                            {"OwnedMapOnATablesPage", 16, 0x37, 0x00000E00},
+                            {"MapOfUnknownType", 17, PageSize - 69, 0x00000007},
+                            {"MapNamesPagesBeyondTheEnd", 17, PageSize - 4, 0xFFFFFFFF},
+                            {"MapNamesAnotherTablesPage", 17, PageSize - 69 + 5, 0x00004000},
+                            {"DataPageWithoutType", FirstRowPage, 0, 0},
+                            {"DataPageOfAnotherOwner", FirstRowPage, 4, 99},
+                            {"RowCountBeyondThePage", FirstRowPage, 12, 0x0FFFFFFF},
+                            {"SlotsOutsideThePage", FirstRowPage, 14, 0x1FFF1FFF},
+                            {"SlotsInTheRowTable", FirstRowPage, 14, 0x00040004},
+                            {"SlotsAscend", FirstRowPage, 14, 0x0FFF0010},
+                            {"ShortReferenceToAMemo", FirstRowPage, PageSize - 9, 0x004C0050},
+                            {"RootIsNoIndexPage", RootPage, 0, 0x00000101},
+                            {"RootOfAnotherTable", RootPage, 4, 99}};
+    for (const Break& place : places) {
+        std::string bytes = mBytes;
+        const std::uint32_t page = place.Page == FirstRowPage ? mFirstRow.Page
+                                   : place.Page == RootPage   ? mRoot
+                                                              : place.Page;
+        StoreU32(At(bytes, page, place.Offset), place.Dword);
+        EXPECT_EQ(ReadEverything(bytes), place.Number) << place.Name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Places, BrokenPlaces,
-    testing::Values(Break{"ObjectsDefinitionIsADataPage", 2, 0, 0x0D480101, 3049},
-                    Break{"ObjectsDefinitionTooLong", 2, 8, 0x7FFFFFFF, 3049},
-                    Break{"AcesDefinitionRunsInACircle", 3, 4, 3, 3049},
-                    Break{"VariableColumnsBeyondAllColumns", 16, 0x29, 0x00050003, 3428},
-                    Break{"LongOfAnotherSize", 16, 108, 0x00050000, 3428},
-                    Break{"IndexOfAMissingColumn", 16, 192, 0xFF010063, 3428},
-                    Break{"OwnedMapOnNoDataPage", 16, 0x37, 0x00001000, 3428},
-                    Break{"OwnedMapSlotMissing", 16, 0x37, 0x000011FF, 3428},
-                    Break{"OwnedMapOnATablesPage", 16, 0x37, 0x00000E00, 3428},
-                    Break{"MapOfUnknownType", 17, PageSize - 69, 0x00000007, 3428},
-                    Break{"MapNamesPagesBeyondTheEnd", 17, PageSize - 4, 0xFFFFFFFF, 3428},
-                    Break{"MapNamesAnotherTablesPage", 17, PageSize - 69 + 5, 0x00004000, 3428},
-                    Break{"DataPageWithoutType", FirstRowPage, 0, 0, 3428},
-                    Break{"DataPageOfAnotherOwner", FirstRowPage, 4, 99, 3428},
-                    Break{"RowCountBeyondThePage", FirstRowPage, 12, 0x0FFFFFFF, 3428},
-                    Break{"SlotsOutsideThePage", FirstRowPage, 14, 0x1FFF1FFF, 3428},
-                    Break{"SlotsInTheRowTable", FirstRowPage, 14, 0x00040004, 3428},
-                    Break{"SlotsAscend", FirstRowPage, 14, 0x0FFF0010, 3428},
-                    Break{"RootIsNoIndexPage", RootPage, 0, 0x00000101, 3428},
-                    Break{"RootOfAnotherTable", RootPage, 4, 99, 3428}),
-    [](const auto& tested) { return tested.param.Name; });
 
 TEST_F(BrokenFiles, ALongValueMayNotClaimMoreThanTheFile) {
     // The first row's memo has length 0; the last 12 bytes before its trailer of 10 bytes are the reference.
@@ -140,17 +145,20 @@ TEST_F(BrokenFiles, ALongValueMayNotClaimMoreThanTheFile) {
 
 TEST_F(BrokenFiles, AChainOfPiecesThatRunsInACircleEnds) {
     std::string bytes = mBytes;
-    int changed = 0;
-    for (std::uint32_t page = 19; page < mBytes.size() / PageSize; ++page) {
-        const bool chained =
-            LoadU32(At(bytes, page, PageOwner)) == LongValueOwner && LoadU32(At(bytes, page, 8)) != 0;
-        if (!chained) continue;
-        StoreU32(At(bytes, page, 20), page << 8);
-        ++changed;
-    }
-    ASSERT_GT(changed, 0);
+    ASSERT_FALSE(LongValuePages(true).empty());
+    for (const std::uint32_t page : LongValuePages(true)) StoreU32(At(bytes, page, 20), page << 8);
     const int number = ReadEverything(bytes);
     EXPECT_TRUE(number == 0 || number == 3428) << number;
+}
+
+TEST_F(BrokenFiles, PiecesThatAreDeletedOrTooShortAreFound) {
+    const std::tuple<bool, std::uint16_t, const char*> slots[] = {
+        {true, 0xCFFC, "deleted"}, {true, 0x0FFC, "a link only"}, {false, 0x0FFC, "too short"}};
+    for (const auto& [stamped, slot, what] : slots) {
+        std::string bytes = mBytes;
+        for (const std::uint32_t page : LongValuePages(stamped)) StoreU16(At(bytes, page, 14), slot);
+        EXPECT_EQ(ReadEverything(bytes), 3428) << what;
+    }
 }
 
 TEST_F(BrokenFiles, RandomBytesNeverCrash) {

@@ -36,7 +36,7 @@ class Checkpoints : public test::NewDatabase {
                 const std::size_t t = random() % Names.size();
                 const auto id = static_cast<std::int32_t>(mRows[t].size());
                 const std::u16string name(random() % 60, static_cast<char16_t>(u'a' + random() % 26));
-                const std::u16string memo(random() % 10 == 0 ? random() % 9000 : random() % 90, u'm');
+                const std::u16string memo(random() % 6 == 0 ? random() % 9000 : random() % 90, u'm');
                 const Row row{id, name, memo};
                 mDatabase->FindTable(Names[t])->Insert(row);
                 mRows[t].push_back(row);
@@ -76,11 +76,21 @@ TEST_F(Checkpoints, AtAnyMomentTheDiskHoldsTheLastFlush) {
             if (++calls > 3 && !HasFatalFailure()) ExpectTheLastFlush();
             return 0;
         });
-        Write(8);
+        Write(5);
     }
     EXPECT_GT(calls, 40);
     mFlushed = mFlushing;
     ExpectTheLastFlush();
+}
+
+TEST_F(Checkpoints, AFileThatCannotBeReadIsNotCalledDamaged) {
+    Write(1);
+    for (int failing = 0; failing < 4; ++failing) {
+        int calls = 0;
+        const test::DiskCalls watched([] { return 0; }, [&] { return calls++ == failing ? EIO : 0; });
+        const auto open = [&] { Database::Open(Path(), Sharing::Shared); };
+        EXPECT_EQ(NumberRaised(open), failing == 0 ? 3043 : 3040) << failing;
+    }
 }
 
 /// A call that fails once or from then on, and the error that all further work gives.
@@ -112,7 +122,7 @@ TEST_F(Checkpoints, ATroubledDiskIsReportedAtEveryCallAndLeavesTheLastFlush) {
                 const test::DiskCalls watched(trouble.IsInReads ? std::function<int()>(pass) : fail,
                                               trouble.IsInReads ? std::function<int()>(fail) : pass);
                 try {
-                    Write(trouble.IsInReads ? 12 : 4);
+                    Write(trouble.IsInReads ? 12 : 3);
                 } catch (const platform::Error& raised) {
                     error = raised;
                 }

@@ -119,18 +119,14 @@ class IndexChecker {
             children.push_back(page.Tail);
             last = Visit(page.Tail, level + 1);
         }
-        CheckSiblings(children);
-        return last;
-    }
-
-    void CheckSiblings(const std::vector<std::uint32_t>& children) {
         for (std::size_t i = 0; i < children.size(); ++i) {
             const Page child = ReadPage(children[i]);
             if (child.Leaf) continue;
-            Expect(child.Previous == (i == 0 ? 0 : children[i - 1]), "nodes chained under one parent");
-            Expect(child.Next == (i + 1 == children.size() ? 0 : children[i + 1]),
-                   "nodes chained under one parent");
+            const bool chained = child.Previous == (i == 0 ? 0 : children[i - 1]) &&
+                                 child.Next == (i + 1 == children.size() ? 0 : children[i + 1]);
+            Expect(chained, "nodes chained under one parent");
         }
+        return last;
     }
 
     jet::PageFile& mFile;

@@ -8,8 +8,8 @@
 #include "platform/jet/index_key.h"
 #include "platform/jet/pending_entries.h"
 #include "tests/jet/index_checker.h"
+#include "tests/jet/page_file_fixture.h"
 #include "tests/support/expect_error.h"
-#include "tests/support/scratch.h"
 
 namespace jet {
 namespace {
@@ -24,11 +24,11 @@ std::string EntryOf(std::string key, RowPointer row) {
 /// An index of its own in a new file, and beside it a plain set of the entries that it must hold.
 class IndexTrees : public testing::Test {
   protected:
-    IndexTrees()
-        : mFile(PageFile::Create((mFolder / "t.mdb").string())),
+    explicit IndexTrees(Version version = Version::Jet4)
+        : mFile(test::EmptyFile((mFolder / "t.mdb").string(), version)),
           mTablePage(AllocateBehindSystemPages()),
           mMap(*mFile, MakeMap()),
-          mRoot(MakeRoot()),
+          mRoot(MakeLeaf()),
           mTree(*mFile, mMap, mTablePage, mRoot) {}
 
     std::uint32_t AllocateBehindSystemPages() {
@@ -43,12 +43,14 @@ class IndexTrees : public testing::Test {
         return {page.Number(), page.Append(row)};
     }
 
-    std::uint32_t MakeRoot() {
-        const std::uint32_t root = mFile->Allocate();
-        mMap.Add(root);
-        IndexTree::MakeEmptyRoot(*mFile, root, mTablePage);
-        return root;
+    std::uint32_t MakeLeaf() {
+        const std::uint32_t leaf = mFile->Allocate();
+        mMap.Add(leaf);
+        IndexTree::MakeEmptyRoot(*mFile, leaf, mTablePage);
+        return leaf;
     }
+
+    IndexPage Page(std::uint32_t page) const { return IndexPage::Read(*mFile, page, mTablePage); }
 
     void Insert(const std::string& key, RowPointer row) {
         mTree.Insert(key, row);
@@ -91,7 +93,7 @@ class IndexTrees : public testing::Test {
 TEST_F(IndexTrees, AnEmptyIndexIsOneEmptyLeaf) {
     EXPECT_TRUE(mTree.First().AtEnd());
     EXPECT_TRUE(mTree.LowerBound("x").AtEnd());
-    EXPECT_FALSE(mTree.Contains(LongKey(1)));
+    for (int i = 0; i < 2; ++i) EXPECT_FALSE(mTree.Contains(LongKey(i)));
     const PageHandle root = mFile->Read(mRoot);
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(root.Data()), 4), "\x04\x01\x20\x0E");
     EXPECT_EQ(Check().Levels, 1U);
@@ -124,6 +126,51 @@ TEST_F(IndexTrees, LowerBoundFindsTheFirstKeyNotBelow) {
     EXPECT_EQ(mTree.LowerBound(LongKey(12'340)).Key(), LongKey(12'340));
     EXPECT_EQ(mTree.LowerBound(LongKey(12'341)).Key(), LongKey(12'350));
     EXPECT_TRUE(mTree.LowerBound(LongKey(19'991)).AtEnd());
+    EXPECT_TRUE(mTree.Contains(LongKey(12'340)));
+    EXPECT_FALSE(mTree.Contains(LongKey(12'341)));
+}
+
+TEST_F(IndexTrees, ALeafWhoseEntriesBeginAlikeIsNotTakenForAnother) {
+    const std::string a(1'799, 'a');
+    const std::string b(1'799, 'b');
+    for (const char* const end : {"1", "2", "3"}) Insert(a + end, {5, 5});
+    EXPECT_EQ(mTree.LowerBound("B").Key(), a + "1");
+    EXPECT_TRUE(mTree.LowerBound("b").AtEnd());
+    auto cursor = mTree.LowerBound(a + "2");
+    for (const char* const end : {"1", "2", "3"}) Remove(a + end, {5, 5});
+    for (const char* const end : {"1", "2", "3"}) Insert(b + end, {5, 5});
+    cursor.Next();
+    EXPECT_EQ(cursor.Key(), b + "1") << "the entries stand where the others stood";
+}
+
+TEST_F(IndexTrees, AKeyIsFoundBehindASeparatorThatOutlivedItsEntry) {
+    const std::string b(1'800, 'b');
+    Insert(std::string(1'800, 'a'), {1, 1});
+    for (const std::uint8_t row : {std::uint8_t{1}, std::uint8_t{2}}) Insert(b, {1, row});
+    IndexPage leaf = Page(Page(mRoot).Child(0));
+    leaf.Erase(leaf.LastEntry());
+    EXPECT_TRUE(mTree.Contains(b));
+    EXPECT_FALSE(mTree.Contains("b"));
+}
+
+TEST_F(IndexTrees, ANodeWithATailOnlyIsEmptiedToo) {
+    IndexPage root = Page(mRoot);
+    root.Clear(PageType::IndexNode);
+    root.SetTail(MakeLeaf());
+    Insert(LongKey(1), {5, 5});
+    Remove(LongKey(1), {5, 5});
+    EXPECT_EQ(Check().Pages, std::set<std::uint32_t>{mRoot});
+}
+
+TEST_F(IndexTrees, ANodeWithAnEntryLongerThanAnyKeyIsDamage) {
+    IndexPage root = Page(mRoot);
+    root.Clear(PageType::IndexNode);
+    root.SetTail(MakeLeaf());
+    const std::string entry(2'500, 'm');
+    const std::uint32_t child = MakeLeaf();
+    Page(child).Insert(0, entry);
+    root.Insert(0, EntryOf(entry, RowPointer::FromDword(child)));
+    EXPECT_EQ(test::ErrorOf([&] { Insert(std::string(1'800, 'a'), {5, 5}); }).Number, 3428);
 }
 
 TEST_F(IndexTrees, RefusesAKeyThatLeavesNoRoomForASecond) {
@@ -139,14 +186,22 @@ TEST_F(IndexTrees, AnEntryTwiceOrAMissingOneIsDamage) {
     EXPECT_EQ(test::ErrorOf([&] { mTree.Insert(LongKey(1), {5, 5}); }).Number, 3428);
     EXPECT_EQ(test::ErrorOf([&] { mTree.Remove(LongKey(1), {5, 6}); }).Number, 3428);
     Check();
+    PendingEntries waiting;
+    waiting.Add(LongKey(1), {5, 5});
+    EXPECT_EQ(test::ErrorOf([&] { mTree.Merge(waiting); }).Number, 3428);
 }
 
 TEST_F(IndexTrees, ACursorGoesOnBehindItsEntryWhateverHappens) {
+    Insert(LongKey(-2), {9'003, 0});
+    auto first = mTree.First();
     for (int i = 0; i < 3'000; ++i) Insert(LongKey(2 * i), RowOf(static_cast<std::uint32_t>(i)));
+    first.Next();
+    EXPECT_EQ(first.Key(), LongKey(0)) << "the root was a leaf";
     auto cursor = mTree.LowerBound(LongKey(1'000));
     // Entries before it move its own; one behind it appears; then its own goes, with its leaf's neighbours.
     for (int i = 0; i < 500; ++i) Insert(LongKey(2 * i + 1), {9'000, static_cast<std::uint8_t>(i % 200)});
     Insert(LongKey(1'003), {9'001, 0});
+    Insert(LongKey(999) + 'x', {9'002, 0});
     cursor.Next();
     EXPECT_EQ(cursor.Key(), LongKey(1'002));
     cursor.Next();
@@ -154,22 +209,13 @@ TEST_F(IndexTrees, ACursorGoesOnBehindItsEntryWhateverHappens) {
     for (int i = 0; i < 3'000; ++i) {
         if (i != 2'500) Remove(LongKey(2 * i), RowOf(static_cast<std::uint32_t>(i)));
     }
+    for (int i = 0; i < 500; ++i) Remove(LongKey(2 * i + 1), {9'000, static_cast<std::uint8_t>(i % 200)});
+    Remove(LongKey(1'003), {9'001, 0});
+    for (int i = 0; i < 9; ++i) IndexPage::Make(*mFile, mFile->Allocate(), PageType::IndexLeaf, 99);
     cursor.Next();
-    EXPECT_EQ(cursor.Key(), LongKey(5'000));
-    cursor.Next();
+    EXPECT_EQ(cursor.Key(), LongKey(5'000)) << "its page is a leaf of another table";
+    for (int i = 0; i < 2; ++i) cursor.Next();
     EXPECT_TRUE(cursor.AtEnd());
-}
-
-TEST_F(IndexTrees, RemovingEverythingLeavesAnEmptyRoot) {
-    for (std::uint32_t i = 0; i < 5'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
-    EXPECT_GT(Check().Pages.size(), 5U);
-    for (std::uint32_t i = 5'000; i-- > 0;) Remove(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
-    EXPECT_EQ(Check().Pages, std::set<std::uint32_t>{mRoot});
-    // And the freed pages serve again.
-    const std::uint32_t pages = mFile->PageCount();
-    for (std::uint32_t i = 0; i < 5'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
-    Check();
-    EXPECT_LE(mFile->PageCount(), pages);
 }
 
 // Random histories against the set.
@@ -182,9 +228,13 @@ struct History {
     int Steps;
     int RemovePercent;
     std::size_t LeastLevels;
+    Version FileVersion = Version::Jet4;
 };
 
-class RandomHistories : public IndexTrees, public testing::WithParamInterface<History> {};
+class RandomHistories : public IndexTrees, public testing::WithParamInterface<History> {
+  protected:
+    RandomHistories() : IndexTrees(GetParam().FileVersion) {}
+};
 
 TEST_P(RandomHistories, KeepEveryRule) {
     const History& history = GetParam();
@@ -224,7 +274,8 @@ INSTANTIATE_TEST_SUITE_P(All, RandomHistories,
                                          History{"LongKeys", 3, 900, 1'000'000, 3'000, 30, 3},
                                          History{"LongestKeys", 4, 1'794, 1'000'000, 1'500, 30, 4},
                                          History{"RemovesNearlyAsMuch", 5, 600, 1'000'000, 6'000, 48, 2},
-                                         History{"ShortAndLongMixed", 6, 1'794, 50, 2'000, 45, 3}),
+                                         History{"ShortAndLongMixed", 6, 1'794, 50, 2'000, 45, 3},
+                                         History{"InJet3", 7, 886, 50, 2'000, 45, 3, Version::Jet3}),
                          [](const auto& instance) { return std::string(instance.param.Name); });
 
 // Entries that wait and are merged.
@@ -287,34 +338,29 @@ struct Damage {
     std::string Bytes;
 };
 
-class DamagedTrees : public IndexTrees, public testing::WithParamInterface<Damage> {};
-
-TEST_P(DamagedTrees, RaiseTheirErrorAndNeverLoop) {
+TEST_F(IndexTrees, DamagedPagesRaiseTheirErrorAndNeverLoop) {
+    const Damage places[] = {{"PageType", 0, "\x01"},
+                             {"Owner", 4, "\x63"},
+                             {"FreeTooLarge", 2, "\xFF\xFF"},
+                             {"FreeInsideAnEntry", 2, "\x02"},
+                             {"PrefixBeyondTheFirstEntry", 24, "\xFF\x0F"}};
     for (std::uint32_t i = 0; i < 2'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
-    const std::uint32_t firstLeaf = *mMap.Next(mRoot + 1);
-    const Damage& damage = GetParam();
-    for (const std::uint32_t page : {mRoot, firstLeaf}) {
-        PageHandle handle = mFile->Read(page);
-        const std::string before(reinterpret_cast<const char*>(handle.Data()), mFile->PageSize());
-        std::copy(damage.Bytes.begin(), damage.Bytes.end(), handle.Change() + damage.Offset);
-        EXPECT_EQ(test::NumberRaised([&] {
-                      for (auto cursor = mTree.First(); !cursor.AtEnd(); cursor.Next()) {
-                      }
-                      for (int i = 0; i < 2'000; i += 50) mTree.Contains(LongKey(i));
-                  }),
-                  3428)
-            << page;
-        std::copy(before.begin(), before.end(), handle.Change());
+    const auto readAll = [&] {
+        for (auto cursor = mTree.First(); !cursor.AtEnd(); cursor.Next()) {
+        }
+        for (int i = 0; i < 2'000; i += 50) mTree.Contains(LongKey(i));
+    };
+    for (const std::uint32_t page : {mRoot, *mMap.Next(mRoot + 1)}) {
+        for (const Damage& damage : places) {
+            PageHandle handle = mFile->Read(page);
+            const std::string before(reinterpret_cast<const char*>(handle.Data()), mFile->PageSize());
+            std::ranges::copy(damage.Bytes, handle.Change() + damage.Offset);
+            EXPECT_EQ(test::NumberRaised(readAll), 3428) << damage.Name << " on page " << page;
+            std::ranges::copy(before, handle.Change());
+        }
     }
     Check();
 }
-
-INSTANTIATE_TEST_SUITE_P(All, DamagedTrees,
-                         testing::Values(Damage{"PageType", 0, "\x01"}, Damage{"Owner", 4, "\x63"},
-                                         Damage{"FreeTooLarge", 2, "\xFF\xFF"},
-                                         Damage{"FreeInsideAnEntry", 2, "\x02"},
-                                         Damage{"PrefixBeyondTheFirstEntry", 24, "\xFF\x0F"}),
-                         [](const auto& instance) { return std::string(instance.param.Name); });
 
 TEST_F(IndexTrees, LoopsAndPagesBeyondTheFileAreFound) {
     for (std::uint32_t i = 0; i < 2'000; ++i) Insert(LongKey(static_cast<std::int32_t>(i)), RowOf(i));
@@ -322,18 +368,22 @@ TEST_F(IndexTrees, LoopsAndPagesBeyondTheFileAreFound) {
         for (auto cursor = mTree.First(); !cursor.AtEnd(); cursor.Next()) {
         }
     };
-    const std::uint32_t leaf = mTree.First().AtEnd() ? 0 : *mMap.Next(mRoot + 1);
+    const std::uint32_t leaf = *mMap.Next(mRoot + 1);
     const auto put = [&](std::uint32_t page, std::size_t offset, std::uint32_t value) {
         StoreU32(mFile->Read(page).Change() + offset, value);
     };
-    const std::uint32_t next = LoadU32(mFile->Read(leaf).Data() + 16);
-    put(leaf, 16, leaf);
-    EXPECT_EQ(test::ErrorOf(walk).Number, 3428) << "a leaf that follows itself";
-    put(leaf, 16, 0xFFFFFF);
-    EXPECT_EQ(test::ErrorOf(walk).Number, 3428) << "a leaf followed by no page of the file";
-    put(leaf, 16, next);
+    // A leaf followed by a page that the file does not have, by a node, and by itself.
+    for (const std::uint32_t next : {0xFFFFFFU, mRoot, leaf}) {
+        put(leaf, 16, next);
+        EXPECT_EQ(test::ErrorOf(walk).Number, 3428) << next;
+        EXPECT_EQ(test::ErrorOf([&] { mTree.PagesToMerge({}); }).Number, 3428) << next;
+    }
+    Page(leaf).Clear(PageType::IndexLeaf);
+    EXPECT_EQ(test::ErrorOf(walk).Number, 3428) << "an empty one that follows itself";
     put(mRoot, 20, mRoot);
     EXPECT_EQ(test::ErrorOf([&] { mTree.Contains(LongKey(1'999)); }).Number, 3428) << "a node below itself";
+    Page(mRoot).Clear(PageType::IndexNode);
+    EXPECT_EQ(test::ErrorOf([&] { mTree.Contains(LongKey(1'999)); }).Number, 3428) << "one without children";
 }
 
 }  // namespace

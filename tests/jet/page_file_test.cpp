@@ -1,12 +1,9 @@
 #include "platform/jet/page_file.h"
 
-#include <array>
-#include <fstream>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "platform/jet/bytes.h"
-#include "platform/jet/database.h"
 #include "tests/support/expect_error.h"
 #include "tests/support/hex.h"
 #include "tests/support/scratch.h"
@@ -31,19 +28,14 @@ class PageFiles : public testing::Test {
 
     std::unique_ptr<PageFile> Create(PageFileLimits limits = {}) { return PageFile::Create(Path(), limits); }
 
-    std::string FileBytes() const {
-        std::ifstream stream(Path(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    void WriteFile(const std::string& bytes) const { std::ofstream(Path(), std::ios::binary) << bytes; }
+    std::string FileBytes() const { return test::ReadBytes(Path()); }
 
     /// A file of one page whose header has been changed at one place.
     void WriteHeader(std::size_t at, char value) const {
         std::string bytes = test::Hex(EngineHeader);
         bytes.resize(4096);
         bytes[at] = value;
-        WriteFile(bytes);
+        test::WriteBytes(Path(), bytes);
     }
 
     test::ScratchFolder mFolder;
@@ -68,7 +60,7 @@ TEST_F(PageFiles, ANewGlobalMapHasOnlyTheFirstTwoPagesInUse) {
 }
 
 TEST_F(PageFiles, CreatingRefusesWhatIsThere) {
-    WriteFile("something");
+    test::WriteBytes(Path(), "something");
     const platform::Error error = ErrorOf([&] { Create(); });
     EXPECT_EQ(error.Number, 3204);
     EXPECT_EQ(error.Source, "DAO.Database");
@@ -77,29 +69,26 @@ TEST_F(PageFiles, CreatingRefusesWhatIsThere) {
 }
 
 TEST_F(PageFiles, OpeningSaysWhatIsWrong) {
-    const auto open = [&] { PageFile::Open(Path(), Sharing::Shared); };
+    const auto open = [&] { return PageFile::Open(Path(), Sharing::Shared); };
     EXPECT_EQ(ErrorOf(open).Description, "Could not find file '" + Path() + "'.");
-    WriteFile("");
-    EXPECT_EQ(ErrorOf(open).Description, "Unrecognized database format '" + Path() + "'.");
-    WriteFile("this is no database");
-    EXPECT_EQ(NumberRaised(open), 3343);
-    WriteHeader(0x05, 'T');
-    EXPECT_EQ(NumberRaised(open), 3343) << "another engine's name";
-    WriteHeader(0x14, 2);
-    EXPECT_EQ(NumberRaised(open), 3343) << "a later version";
-    WriteHeader(0x3E, 0);
-    EXPECT_EQ(NumberRaised(open), 3343) << "encrypted";
+    for (const char* const bytes : {"", "this is no database"}) {
+        test::WriteBytes(Path(), bytes);
+        EXPECT_EQ(ErrorOf(open).Description, "Unrecognized database format '" + Path() + "'.");
+    }
+    const std::tuple<std::size_t, char, const char*> strange[] = {{0x01, 0, "not the mark of a page"},
+                                                                  {0x05, 'T', "another engine's name"},
+                                                                  {0x14, 2, "a later version"},
+                                                                  {0x3E, 0, "encrypted"}};
+    for (const auto& [at, byte, what] : strange) {
+        WriteHeader(at, byte);
+        EXPECT_EQ(NumberRaised(open), 3343) << what;
+    }
     WriteHeader(0x14, 0);
-    EXPECT_EQ(PageFile::Open(Path(), Sharing::Shared)->PageSize(), 2048U);
+    EXPECT_EQ(open()->PageSize(), 2048U);
     WriteHeader(0x14, 1);
-    EXPECT_EQ(PageFile::Open(Path(), Sharing::Shared)->PageSize(), 4096U);
-}
-
-TEST_F(PageFiles, AFileThatIsOnlyAHeaderCannotBeOpenedAsADatabase) {
-    WriteHeader(0x14, 1);
-    const platform::Error error = ErrorOf([&] { Database::Open(Path(), Sharing::Shared); });
-    EXPECT_EQ(error.Number, 3049);
-    EXPECT_EQ(error.Path, Path());
+    EXPECT_EQ(open()->PageSize(), 4096U);
+    std::filesystem::resize_file(Path(), std::uintmax_t{MaxPageCount + 1} * 4096);
+    EXPECT_EQ(NumberRaised(open), 3343) << "longer than a database can be";
 }
 
 TEST_F(PageFiles, AnExclusiveFileKeepsOthersOut) {
@@ -122,6 +111,10 @@ TEST_F(PageFiles, ASmallCacheHoldsAnyNumberOfPages) {
         ASSERT_EQ(LoadU32(file->Read(page).Data() + 100), page * 7);
     }
     EXPECT_EQ(held.Data(), heldBytes) << "a held page stays where it is";
+    file->Checkpoint();
+    std::vector<PageHandle> all;
+    while (all.size() < Pages) all.push_back(file->Read(held.Number() + 1 + std::uint32_t(all.size())));
+    for (const PageHandle& page : all) ASSERT_EQ(LoadU32(page.Data() + 100), page.Number() * 7);
 }
 
 TEST_F(PageFiles, APageChangedWhileItIsHeldKeepsAllChanges) {
@@ -148,6 +141,15 @@ TEST_F(PageFiles, FreePagesAreTakenLowestFirst) {
     EXPECT_EQ(file->Allocate(), 10U);
     EXPECT_EQ(file->Allocate(), 20U);
     EXPECT_EQ(file->Allocate(), 32U);
+
+    for (std::uint32_t page = 25; page <= 32; ++page) file->Free(page);
+    file->Checkpoint();
+    EXPECT_EQ(FileBytes().size(), 33 * 4096U) << "pages that nobody wrote";
+    file->Sync();
+    EXPECT_EQ(FileBytes().size(), 25 * 4096U) << "those that are free at the end";
+    file->Free(2);
+    file->Sync();
+    EXPECT_EQ(NumberRaised([&] { file->Allocate(); }), 3428) << "a definition that every database needs";
 }
 
 TEST_F(PageFiles, TheLimitIsAnErrorBeforeAnythingIsTaken) {
@@ -159,15 +161,6 @@ TEST_F(PageFiles, TheLimitIsAnErrorBeforeAnythingIsTaken) {
     for (std::uint32_t page = 2; page < 10; ++page) EXPECT_EQ(file->Allocate(), page);
     EXPECT_EQ(NumberRaised([&] { file->Allocate(); }), 3036);
     EXPECT_EQ(file->PageCount(), 10U);
-}
-
-TEST_F(PageFiles, APageNumberBeyondTheFileIsDamage) {
-    auto file = Create();
-    for (const std::uint32_t page : {2U, 1000U, 0xFFFFFFFFU}) {
-        const platform::Error error = ErrorOf([&] { file->Read(page); });
-        EXPECT_EQ(error.Number, 3428);
-        EXPECT_EQ(error.Path, Path());
-    }
 }
 
 class SharedPageFiles : public PageFiles {
@@ -186,23 +179,20 @@ class SharedPageFiles : public PageFiles {
     std::unique_ptr<PageFile> mTheirs;
 };
 
-TEST_F(SharedPageFiles, ACommittedChangeIsSeenAtOnce) {
-    EXPECT_EQ(ByteOf(*mTheirs), 0);
-    SharedChange change(*mMine);
-    SetByte(*mMine, 5);
-    EXPECT_EQ(ByteOf(*mTheirs), 0);
-    change.Commit();
-    EXPECT_EQ(ByteOf(*mTheirs), 5);
-}
-
 TEST_F(SharedPageFiles, AChangeWithoutCommitIsForgotten) {
+    PageHandle held;
     {
         SharedChange change(*mMine);
         SetByte(*mMine, 5);
+        EXPECT_EQ(ByteOf(*mTheirs), 0);
         EXPECT_EQ(mMine->Allocate(), 2U);
+        EXPECT_EQ(NumberRaised([&] { mMine->Read(99); }), 3428);
+        held = mMine->Read(1);
     }
-    EXPECT_EQ(ByteOf(*mMine), 0);
     EXPECT_EQ(mMine->PageCount(), 2U);
+    EXPECT_EQ(ByteOf(*mMine), 0) << "though the page is held";
+    held.Release();
+    EXPECT_EQ(ByteOf(*mMine), 0);
 }
 
 TEST_F(SharedPageFiles, NothingIsWrittenOverAnothersChange) {
@@ -236,6 +226,8 @@ TEST_F(SharedPageFiles, PagesThatAnotherAppendedCanBeRead) {
         change.Commit();
     }
     EXPECT_EQ(mMine->Read(2).Type(), PageType::Data);
+    std::filesystem::resize_file(Path(), 2 * 4096 + 100);
+    EXPECT_EQ(NumberRaised([&] { mMine->Read(2); }), 3428) << "nor when he has cut one since";
 }
 
 }  // namespace

@@ -4,12 +4,11 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "platform/jet/header_page.h"
 #include "platform/jet/schema.h"
 #include "platform/jet/text_codec.h"
+#include "tests/jet/page_file_fixture.h"
 #include "tests/support/expect_error.h"
 #include "tests/support/hex.h"
-#include "tests/support/scratch.h"
 
 namespace jet {
 namespace {
@@ -58,12 +57,7 @@ class Rows : public testing::Test {
     std::unique_ptr<PageFile> FileOf(Version version) {
         const std::string path = (mFolder / "rows.mdb").string();
         std::filesystem::remove(path);
-        PageFile::Create(path)->Checkpoint();
-        std::fstream stream(path, std::ios::binary | std::ios::in | std::ios::out);
-        stream.seekp(0x14);
-        stream.put(static_cast<char>(version));
-        stream.close();
-        return PageFile::Open(path, Sharing::Exclusive);
+        return test::EmptyFile(path, version);
     }
 
     std::vector<Value> Decode(const PageFile& file, const TableDef& table, const std::string& row) {
@@ -97,6 +91,23 @@ TEST_F(Rows, WithoutVariableColumnsHaveNoOffsets) {
     EXPECT_EQ(Decode(*FileOf(Version::Jet4), table, AsString(encoder.Row())), (std::vector<Value>{{}, true}));
     EXPECT_EQ(Decode(*FileOf(Version::Jet3), table, test::Hex("02 2A 00 00 00 01")),
               (std::vector<Value>{42, false}));
+}
+
+TEST_F(Rows, HoldNumbersAmongTheVariableValuesAndNothingForDeletedColumns) {
+    Column number = MakeColumn(ColumnType::Long, 4);
+    number.Flags = 2;
+    TableDef table = LayOutTable(10, TableType::User, {number, MakeColumn(ColumnType::Memo, 0)});
+    table.VariableColumns = 3;
+    RowEncoder encoder(table);
+    encoder.Encode(std::vector<Value>{42, u"abc"});
+    std::string row = AsString(encoder.Row());
+    EXPECT_EQ(test::ToHex(row),
+              "02 00 2A 00 00 00 06 00 00 80 00 00 00 00 00 00 00 00 61 00 62 00 63 00 "
+              "18 00 18 00 06 00 02 00 03 00 03");
+    table.Columns.pop_back();
+    EXPECT_EQ(Decode(*FileOf(Version::Jet4), table, row), std::vector<Value>{42});
+    row[28] = 3;
+    EXPECT_EQ(test::NumberRaised([&] { Decode(*FileOf(Version::Jet4), table, row); }), 3428) << "cut";
 }
 
 TEST_F(Rows, OfNullsKeepTheirFixedArea) {
@@ -136,30 +147,22 @@ struct BrokenRow {
     int Byte;
 };
 
-class BrokenRows : public Rows, public testing::WithParamInterface<BrokenRow> {};
-
-TEST_P(BrokenRows, AreAnError) {
-    const BrokenRow& broken = GetParam();
-    const bool jet4 = broken.FileVersion == Version::Jet4;
-    std::string row = test::Hex(jet4 ? Jet4Row : Jet3Row);
-    const auto at = broken.At < 0 ? row.end() + broken.At : row.begin() + broken.At;
-    *at = static_cast<char>(broken.Byte);
-    const auto file = FileOf(broken.FileVersion);
-    const TableDef table = NineColumns(jet4 ? 100 : 50);
-    EXPECT_EQ(test::NumberRaised([&] { Decode(*file, table, row); }), 3428);
+TEST_F(Rows, ThatContradictThemselvesAreAnError) {
+    const BrokenRow rows[] = {
+        {"EndOfValuesOutside", Version::Jet4, -9, 0xFF},   {"OffsetsNotAscending", Version::Jet4, -8, 0x3D},
+        {"VariableCount", Version::Jet4, -4, 0x30},        {"HugeVariableCount", Version::Jet4, -3, 0xFF},
+        {"HugeColumnCount", Version::Jet4, 1, 0xFF},       {"EndOfValuesOutside3", Version::Jet3, -6, 0x40},
+        {"OffsetsNotAscending3", Version::Jet3, -5, 0xFF}, {"VariableCount3", Version::Jet3, -3, 0xFF},
+        {"ColumnCount3", Version::Jet3, 0, 0xFF}};
+    for (const BrokenRow& broken : rows) {
+        const bool jet4 = broken.FileVersion == Version::Jet4;
+        std::string row = test::Hex(jet4 ? Jet4Row : Jet3Row);
+        *(broken.At < 0 ? row.end() + broken.At : row.begin() + broken.At) = static_cast<char>(broken.Byte);
+        const auto file = FileOf(broken.FileVersion);
+        const TableDef table = NineColumns(jet4 ? 100 : 50);
+        EXPECT_EQ(test::NumberRaised([&] { Decode(*file, table, row); }), 3428) << broken.Name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Places, BrokenRows,
-                         testing::Values(BrokenRow{"EndOfValuesOutside", Version::Jet4, -9, 0xFF},
-                                         BrokenRow{"OffsetsNotAscending", Version::Jet4, -8, 0x3D},
-                                         BrokenRow{"VariableCount", Version::Jet4, -4, 0x30},
-                                         BrokenRow{"HugeVariableCount", Version::Jet4, -3, 0xFF},
-                                         BrokenRow{"HugeColumnCount", Version::Jet4, 1, 0xFF},
-                                         BrokenRow{"EndOfValuesOutside3", Version::Jet3, -6, 0x40},
-                                         BrokenRow{"OffsetsNotAscending3", Version::Jet3, -5, 0xFF},
-                                         BrokenRow{"VariableCount3", Version::Jet3, -3, 0xFF},
-                                         BrokenRow{"ColumnCount3", Version::Jet3, 0, 0xFF}),
-                         [](const auto& tested) { return tested.param.Name; });
 
 TEST_F(Rows, CutAnywhereAreAnErrorOrShorterButNeverReadOutside) {
     for (const Version version : {Version::Jet4, Version::Jet3}) {
@@ -174,67 +177,55 @@ TEST_F(Rows, CutAnywhereAreAnErrorOrShorterButNeverReadOutside) {
 }
 
 struct Refused {
-    const char* Name;
     ColumnType Type;
     std::uint16_t Size;
     Value Refusing;
     int Number;
 };
 
-class RefusedValues : public testing::TestWithParam<Refused> {};
-
-TEST_P(RefusedValues, RaiseTheirNumber) {
-    const TableDef table = LayOutTable(10, TableType::User, {MakeColumn(GetParam().Type, GetParam().Size)});
-    RowEncoder encoder(table);
-    EXPECT_EQ(test::NumberRaised([&] { encoder.Encode(std::vector<Value>{GetParam().Refusing}); }),
-              GetParam().Number);
+TEST(RefusedValues, RaiseTheirNumber) {
+    const Refused cases[] = {{ColumnType::Long, 4, u"1", 3421},
+                             {ColumnType::Text, 20, 1, 3421},
+                             {ColumnType::Boolean, 1, 1, 3421},
+                             {ColumnType::Double, 8, 1, 3421},
+                             {ColumnType::Byte, 1, -1, 3421},
+                             {ColumnType::Byte, 1, 256, 3421},
+                             {ColumnType::Integer, 2, -32769, 3421},
+                             {ColumnType::Integer, 2, 32768, 3421},
+                             {ColumnType::Single, 4, 1e39, 3421},
+                             {ColumnType::Text, 20, u"eleven chars", 3163},
+                             {ColumnType::Binary, 3, Binary{"four"}, 3163},
+                             {ColumnType::Guid, 16, Binary{"short"}, 3421},
+                             {ColumnType::Text, 20, u"\xFEFFx", 3421}};
+    for (const Refused& row : cases) {
+        RowEncoder encoder(LayOutTable(10, TableType::User, {MakeColumn(row.Type, row.Size)}));
+        const auto encode = [&] { encoder.Encode(std::vector<Value>{row.Refusing}); };
+        EXPECT_EQ(test::NumberRaised(encode), row.Number) << "column type " << static_cast<int>(row.Type);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, RefusedValues,
-                         testing::Values(Refused{"TextInLong", ColumnType::Long, 4, u"1", 3421},
-                                         Refused{"LongInText", ColumnType::Text, 20, 1, 3421},
-                                         Refused{"LongInBoolean", ColumnType::Boolean, 1, 1, 3421},
-                                         Refused{"LongInDouble", ColumnType::Double, 8, 1, 3421},
-                                         Refused{"NegativeByte", ColumnType::Byte, 1, -1, 3421},
-                                         Refused{"ByteOver255", ColumnType::Byte, 1, 256, 3421},
-                                         Refused{"IntegerTooLow", ColumnType::Integer, 2, -32769, 3421},
-                                         Refused{"IntegerTooHigh", ColumnType::Integer, 2, 32768, 3421},
-                                         Refused{"SingleTooLarge", ColumnType::Single, 4, 1e39, 3421},
-                                         Refused{"TextTooLong", ColumnType::Text, 20, u"eleven chars", 3163},
-                                         Refused{"BinaryTooLong", ColumnType::Binary, 3, Binary{"four"},
-                                                 3163},
-                                         Refused{"ShortGuid", ColumnType::Guid, 16, Binary{"short"}, 3421},
-                                         Refused{"ByteOrderMark", ColumnType::Text, 20, u"\xFEFFx", 3421}),
-                         [](const auto& tested) { return tested.param.Name; });
-
-struct Encoding {
-    std::u16string Decoded;
-    std::string_view Stored;
-};
-
-class Texts : public testing::TestWithParam<Encoding> {};
-
-TEST_P(Texts, AreCompressedWhereTheEngineDoes) {
-    const auto& [text, hex] = GetParam();
-    std::vector<std::uint8_t> bytes(EncodedLength(text, IsCompressible(text)));
-    EXPECT_EQ(EncodeText(text, IsCompressible(text), bytes.data()), bytes.data() + bytes.size());
-    EXPECT_EQ(test::ToHex(AsString(bytes)), hex);
-    EXPECT_EQ(DecodeText(bytes, Version::Jet4), text);
+TEST(Texts, AreCompressedWhereTheEngineDoes) {
+    const std::pair<std::u16string, std::string_view> cases[] = {
+        {u"", ""},
+        {u"a", "61 00"},
+        {u"ab", "61 00 62 00"},
+        {u"abc", "FF FE 61 62 63"},
+        {u"\u00FCmlaut", "FF FE FC 6D 6C 61 75 74"},
+        {u"\u041C\u0438\u0440", "1C 04 38 04 40 04"},
+        {u"10 \u20AC", "31 00 30 00 20 00 AC 20"},
+        {std::u16string(u"a\0b", 3), "61 00 00 00 62 00"}};
+    for (const auto& [text, hex] : cases) {
+        std::vector<std::uint8_t> bytes(EncodedLength(text, IsCompressible(text)));
+        EXPECT_EQ(EncodeText(text, IsCompressible(text), bytes.data()), bytes.data() + bytes.size());
+        EXPECT_EQ(test::ToHex(AsString(bytes)), hex);
+        EXPECT_EQ(DecodeText(bytes, Version::Jet4), text);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Values, Texts,
-                         testing::Values(Encoding{u"", ""}, Encoding{u"a", "61 00"},
-                                         Encoding{u"ab", "61 00 62 00"}, Encoding{u"abc", "FF FE 61 62 63"},
-                                         Encoding{u"\u00FCmlaut", "FF FE FC 6D 6C 61 75 74"},
-                                         Encoding{u"\u041C\u0438\u0440", "1C 04 38 04 40 04"},
-                                         Encoding{u"10 \u20AC", "31 00 30 00 20 00 AC 20"},
-                                         Encoding{std::u16string(u"a\0b", 3), "61 00 00 00 62 00"}));
 
 TEST(CompressedTexts, SwitchToPairsAndBack) {
-    const std::string stored = test::Hex("FF FE 61 62 00 AC 20 38 04 00 63");
-    EXPECT_EQ(DecodeText(Bytes(stored), Version::Jet4), u"ab\u20AC\u0438c");
-    const std::string endsInHalfAPair = test::Hex("FF FE 61 00 AC");
-    EXPECT_EQ(DecodeText(Bytes(endsInHalfAPair), Version::Jet4), u"a");
+    const auto decoded = [](const std::string& bytes) { return DecodeText(Bytes(bytes), Version::Jet4); };
+    EXPECT_EQ(decoded(test::Hex("FF FE 61 62 00 AC 20 38 04 00 63")), u"ab\u20AC\u0438c");
+    EXPECT_EQ(decoded(test::Hex("FF FE 61 00 AC")), u"a") << "ends in half a pair";
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 // engine does. VANTORA_SAMPLES names their folder.
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -17,11 +16,6 @@ namespace {
 
 using test::Row;
 using test::RowsOf;
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 class Samples : public test::NewDatabase {
   protected:
@@ -59,8 +53,8 @@ const std::map<std::size_t, std::vector<std::size_t>> LeftAsTheyWere{
 TEST_F(Samples, AnEmptyDatabaseIsWrittenAsTheEngineWritesIt) {
     Create();
     mDatabase->Close();
-    const std::string expected = ReadFile(Sample("adox_jet4.mdb"));
-    const std::string written = ReadFile(Path());
+    const std::string expected = test::ReadBytes(Sample("adox_jet4.mdb"));
+    const std::string written = test::ReadBytes(Path());
     ASSERT_EQ(written.size(), expected.size());
 
     std::set<std::size_t> ignored;
@@ -86,65 +80,46 @@ struct KnownTable {
     std::size_t Columns;
 };
 
-class SampleTables : public Samples, public testing::WithParamInterface<KnownTable> {};
-
-TEST_P(SampleTables, HoldTheirRowsAndTheirIndexesHoldThemToo) {
-    const auto table = TableOf(GetParam().File, GetParam().Table);
-    ASSERT_NE(table, nullptr);
-    const std::vector<Row> rows = RowsOf(*table);
-    EXPECT_EQ(rows.size(), GetParam().Rows);
-    EXPECT_EQ(table->RowCount(), GetParam().Rows);
-    EXPECT_EQ(table->Definition().Columns.size(), GetParam().Columns);
-    for (std::size_t i = 0; i < table->Definition().RealIndexes.size(); ++i) {
-        const RealIndex& index = table->Definition().RealIndexes[i];
-        if (index.IgnoresNulls()) continue;
-        std::set<RowPointer> found;
-        Row row;
-        for (auto entry = table->Index(i).First(); !entry.AtEnd(); entry.Next()) {
-            table->Read(entry.Row(), row);
-            found.insert(entry.Row());
-        }
-        EXPECT_EQ(found.size(), rows.size()) << "index " << i;
+TEST_F(Samples, TablesHoldTheirRows) {
+    const KnownTable tables[] = {{"nwind.mdb", u"Order Details", 2155, 5},
+                                 {"nwind.mdb", u"Orders", 830, 14},
+                                 {"nwind.mdb", u"Customers", 91, 11},
+                                 {"nwind.mdb", u"Employees", 9, 17},
+                                 {"nwind.mdb", u"Categories", 8, 4},
+                                 {"testV1997.mdb", u"Table1", 2, 9},
+                                 {"testV1997.mdb", u"Table2", 0, 89},
+                                 {"delColTestV1997.mdb", u"Table1", 2, 4},
+                                 {"testIndexCodesV1997.mdb", u"Table1", 275, 2},
+                                 {"testIndexCodesV1997.mdb", u"Table14_desc", 256, 2},
+                                 {"indexTestV1997.mdb", u"Table1", 4, 5},
+                                 {"indexTestV2000.mdb", u"Table1", 4, 5},
+                                 {"compIndexTestV2000.mdb", u"Table1", 512, 3},
+                                 {"delTestV2000.mdb", u"Table", 2, 2},
+                                 {"overflowTestV2000.mdb", u"Table1", 7, 9},
+                                 {"fixedTextTestV2000.mdb", u"users", 2, 10},
+                                 {"test2V2000.mdb", u"MSP_PROJECTS", 1, 74}};
+    for (const KnownTable& known : tables) {
+        SCOPED_TRACE(known.File);
+        const auto table = TableOf(known.File, known.Table);
+        ASSERT_NE(table, nullptr);
+        EXPECT_EQ(RowsOf(*table).size(), known.Rows);
+        EXPECT_EQ(table->RowCount(), known.Rows);
+        EXPECT_EQ(table->Definition().Columns.size(), known.Columns);
     }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Known, SampleTables,
-    testing::Values(
-        KnownTable{"nwind.mdb", u"Order Details", 2155, 5}, KnownTable{"nwind.mdb", u"Orders", 830, 14},
-        KnownTable{"nwind.mdb", u"Customers", 91, 11}, KnownTable{"nwind.mdb", u"Employees", 9, 17},
-        KnownTable{"nwind.mdb", u"Categories", 8, 4}, KnownTable{"testV1997.mdb", u"Table1", 2, 9},
-        KnownTable{"testV1997.mdb", u"Table2", 0, 89}, KnownTable{"delColTestV1997.mdb", u"Table1", 2, 4},
-        KnownTable{"testIndexCodesV1997.mdb", u"Table1", 275, 2},
-        KnownTable{"testIndexCodesV1997.mdb", u"Table14_desc", 256, 2},
-        KnownTable{"indexTestV1997.mdb", u"Table1", 4, 5}, KnownTable{"indexTestV2000.mdb", u"Table1", 4, 5},
-        KnownTable{"compIndexTestV2000.mdb", u"Table1", 512, 3},
-        KnownTable{"delTestV2000.mdb", u"Table", 2, 2}, KnownTable{"overflowTestV2000.mdb", u"Table1", 7, 9},
-        KnownTable{"fixedTextTestV2000.mdb", u"users", 2, 10},
-        KnownTable{"test2V2000.mdb", u"MSP_PROJECTS", 1, 74}));
-
-TEST_F(Samples, ValuesOfAJet3TableAreRead) {
-    const auto table = TableOf("testV1997.mdb", u"Table1");
-    EXPECT_THAT(RowsOf(*table), testing::Contains(Row{u"abcdefg", u"hijklmnop", 2, 222, 333333333, 444.555,
-                                                      platform::OleDate{27293.0}, Currency{35000}, true}));
 }
 
 TEST_F(Samples, LongValuesOfEveryKindAreRead) {
-    const auto categories = TableOf("nwind.mdb", u"Categories");
-    const auto column = *categories->Definition().FindColumn(u"Picture");
-    for (const Row& row : RowsOf(*categories)) {
-        EXPECT_EQ(std::get<Binary>(row[column]).Bytes.size(), 10746U);
-        EXPECT_EQ(std::get<Binary>(row[column]).Bytes.substr(0, 2), "\x15\x1C") << "an embedded picture";
-    }
     std::vector<std::size_t> lengths;
-    for (const std::u16string_view name : {u"MSysObjects", u"MSysAccessObjects", u"MSP_PROJECTS"}) {
-        for (const Row& row : RowsOf(*TableOf("test2V2000.mdb", name))) {
+    for (const auto& [file, name] :
+         {std::pair("nwind.mdb", u"Categories"), std::pair("test2V2000.mdb", u"MSysObjects"),
+          std::pair("test2V2000.mdb", u"MSysAccessObjects"), std::pair("test2V2000.mdb", u"MSP_PROJECTS")}) {
+        for (const Row& row : RowsOf(*TableOf(file, name))) {
             for (const Value& value : row) {
                 if (const auto* bytes = std::get_if<Binary>(&value)) lengths.push_back(bytes->Bytes.size());
             }
         }
     }
-    EXPECT_THAT(lengths, testing::IsSupersetOf({12'757U, 22'970U})) << "chains of four and six pages";
+    EXPECT_THAT(lengths, testing::IsSupersetOf({10'746U, 12'757U, 22'970U})) << "chains of pages";
 }
 
 /// Changes the first Long of every row of a table with indexes, in both versions of the format.
@@ -159,20 +134,9 @@ TEST_P(ChangedSamples, KeepIndexesAndRowsTogether) {
     for (auto row = table->FirstRow(); row; row = table->NextRow(*row)) {
         table->UpdateFixed(*row, column, std::get<std::int32_t>(table->ReadColumn(*row, column)) + 1000);
     }
-    mDatabase->Close();
-    mDatabase = Database::Open(Path(), Sharing::Exclusive);
-    table = mDatabase->FindTable(u"Table1");
-    EXPECT_EQ(RowsOf(*table), expected);
-    for (std::size_t i = 0; i < table->Definition().RealIndexes.size(); ++i) {
-        std::size_t entries = 0;
-        std::string last;
-        for (auto entry = table->Index(i).First(); !entry.AtEnd(); entry.Next(), ++entries) {
-            EXPECT_LE(last, entry.Key());
-            last = entry.Key();
-            table->ReadColumn(entry.Row(), column);
-        }
-        EXPECT_EQ(entries, expected.size());
-    }
+    Reopen();
+    EXPECT_EQ(RowsOf(*mDatabase->FindTable(u"Table1")), expected);
+    ExpectSoundChangedFile();
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, ChangedSamples,
@@ -183,8 +147,7 @@ TEST_F(Samples, ATableCanBeAddedToAFileOfTheEngine) {
     auto table = mDatabase->CreateTable(u"New", {{u"A", ColumnType::Long}, {u"B", ColumnType::Memo}});
     mDatabase->CreateIndex(*table, {u"PrimaryKey", {{u"A"}}, true});
     table->Insert(Row{1, std::u16string(3000, u'x')});
-    mDatabase->Close();
-    mDatabase = Database::Open(Path(), Sharing::Exclusive);
+    Reopen();
     EXPECT_THAT(RowsOf(*mDatabase->FindTable(u"New")),
                 testing::ElementsAre(Row{1, std::u16string(3000, u'x')}));
     const auto objects = mDatabase->FindTable(u"MSysObjects");

@@ -30,9 +30,6 @@ TEST(SitePlan, EveryTableHoldsAFewRecordsAndKeysFitTheirBytes) {
     EXPECT_LT(sample::StoreNumber(plan.Stores), 255);
     EXPECT_LT(sample::VendorNumber(plan.Vendors), 65'535);
     EXPECT_LT(sample::LabourGroup(plan.LabourOperations), 65'535);
-}
-
-TEST(SitePlan, LessThanOneRecordIsRefused) {
     EXPECT_EQ(test::NumberRaised([] { sample::PlanOf(0); }), platform::InvalidArgument);
 }
 

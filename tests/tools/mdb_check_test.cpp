@@ -1,6 +1,5 @@
 // The file checker: it accepts what the format's own engine wrote, and finds what was damaged on purpose.
 #include <filesystem>
-#include <fstream>
 
 #include "platform/jet/bytes.h"
 #include "tests/jet/database_fixture.h"
@@ -132,12 +131,11 @@ class MdbCheck : public test::NewDatabase {
 TEST_F(MdbCheck, FindsEveryKindOfDamage) {
     const Places at = MakeSound();
     ASSERT_THAT(test::FindingsIn(Path(), true), testing::IsEmpty());
-    std::ifstream stream(Path(), std::ios::binary);
-    const Bytes sound{std::istreambuf_iterator<char>(stream), {}};
+    const Bytes sound = test::ReadBytes(Path());
     for (const Damage& damage : Damages) {
         Bytes bytes = sound;
         damage.Make(bytes, at);
-        std::ofstream(Path(), std::ios::binary | std::ios::trunc) << bytes;
+        test::WriteBytes(Path(), bytes);
         EXPECT_THAT(test::FindingsIn(Path(), true), testing::Contains(testing::HasSubstr(damage.Finding)))
             << damage.Name;
     }

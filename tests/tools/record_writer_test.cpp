@@ -34,21 +34,14 @@ TEST(RecordNumbers, EveryNumberOfAWindowIsARowOrDeleted) {
     EXPECT_EQ(all, wanted);
 }
 
-class RecordFile : public testing::Test {
-  protected:
-    test::ScratchFolder mScratch;
-    sample::ShareWriter mShare{mScratch / "share"};
-};
-
-TEST_F(RecordFile, AContainerBeyond32BitOffsetsIsRefused) {
-    mShare.Reserve("KSW", "FIRST", 'L', 1'000, 2'000'000);
-    EXPECT_EQ(test::NumberRaised([&] { mShare.Reserve("KSW", "SECOND", 'L', 1'000, 200'000); }),
+TEST(RecordFiles, RefuseAContainerBeyond32BitOffsetsAndANameThatReachesTheFlags) {
+    const test::ScratchFolder scratch;
+    sample::ShareWriter share(scratch / "share");
+    share.Reserve("KSW", "FIRST", 'L', 1'000, 2'000'000);
+    EXPECT_EQ(test::NumberRaised([&] { share.Reserve("KSW", "SECOND", 'L', 1'000, 200'000); }),
               platform::Overflow);
-    mShare.Reserve("ARX", "SECOND", 'L', 1'000, 200'000);
-}
-
-TEST_F(RecordFile, ANameThatReachesTheFlagsIsRefused) {
-    EXPECT_EQ(test::NumberRaised([&] { mShare.Reserve("KSW", "SEVENTH", 'L', 100, 1); }),
+    share.Reserve("ARX", "SECOND", 'L', 1'000, 200'000);
+    EXPECT_EQ(test::NumberRaised([&] { share.Reserve("KSW", "SEVENTH", 'L', 100, 1); }),
               platform::InvalidArgument);
 }
 

@@ -29,8 +29,6 @@ class SiteFixture : public testing::Test {
   protected:
     ~SiteFixture() override { engine::gEngine.reset(); }
 
-    std::filesystem::path Share() const { return Folder / "share" / sample::SiteServer / "KSTLLNK"; }
-
     void StartEngine() {
         engine::LoadSiteConfiguration(false, Window);
         ASSERT_NE(engine::gEngine, nullptr);
