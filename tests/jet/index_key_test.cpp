@@ -31,7 +31,6 @@ TEST(Keys, AreTheEnginesOwn) {
         {-12, ColumnType::Long, "7F 7F FF FF F4", "80 80 00 00 0B"},
         {INT32_MIN, ColumnType::Long, "7F 00 00 00 00", "80 FF FF FF FF"},
         {-32400, ColumnType::Integer, "7F 01 70", "80 FE 8F"},
-        {31045, ColumnType::Integer, "7F F9 45", "80 06 BA"},
         {255, ColumnType::Byte, "7F FF", "80 00"},
         {-8540981760.0, ColumnType::Single, "7F 30 01 75 7A", "80 CF FE 8A 85"},
         {903809.0, ColumnType::Single, "7F C9 5C A8 10", "80 36 A3 57 EF"},

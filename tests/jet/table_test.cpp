@@ -231,7 +231,7 @@ TEST_F(Tables, GoOnFillingTheLastPageOfASharedFileOnly) {
     constexpr std::uint32_t PageOfMSysObjects = 14;
     UsageMap(mDatabase->File(), table->Definition().FreeMap).Add(PageOfMSysObjects);
     table = ReopenTable(Sharing::Shared);
-    EXPECT_EQ(table->Insert(Row{3, u"c", {}}), (RowPointer{first.Page, 1}));
+    EXPECT_EQ(table->Insert(Row{3, u"c", Letters(3000)}), (RowPointer{first.Page, 1}));
 }
 
 class FullFiles : public Tables, public testing::WithParamInterface<std::uint32_t> {};
