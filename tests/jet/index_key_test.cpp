@@ -64,7 +64,6 @@ TEST(Keys, AreTheEnginesOwn) {
 TEST(Keys, TextsFollowTheVersion) {
     EXPECT_EQ(KeyOf(u"abcdefg", ColumnType::Text, true), "7F 4A 4C 4D 4F 51 53 55 01 00");
     EXPECT_EQ(KeyOf(u"abcdefg", ColumnType::Text, true, Version::Jet3), "7F 60 61 62 64 66 67 68 00");
-    EXPECT_EQ(KeyOf(Value{}, ColumnType::Text, false), "FF");
 }
 
 TEST(Keys, ColumnsFollowEachOtherWithoutSeparator) {

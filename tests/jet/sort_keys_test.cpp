@@ -58,7 +58,6 @@ TEST(Jet4TextKeys, AreTheEnginesOwn) {
          "7F / 4A 4A 4A 4A / 01 / 01 01 01 / 80 0F 06 03 / 00"},
         {std::u16string(u"AA\0AA", 5), "7F / 4A 4A 4A 4A / 01 / 00"},
         {u"AA\tAA", "7F / 4A 4A 08 03 4A 4A / 01 / 00"},
-        {u"AA_AA", "7F / 4A 4A 2B 03 4A 4A / 01 / 00"},
         {u"AA½AA", "7F / 4A 4A 37 16 4A 4A / 01 / 00"},
         {u"AAÆAA", "7F / 4A 4A 4A 51 4A 4A / 01 / 00"},
         {u"AAøAA", "7F / 4A 4A 64 4A 4A / 01 / 02 02 21 / 00"},
@@ -67,7 +66,6 @@ TEST(Jet4TextKeys, AreTheEnginesOwn) {
         {u"-", "80 / FE / FE FE FE / 7F F8 F9 7D / FF / 00", false},
         {u"AAâAA", "80 / B5 B5 B5 B5 B5 / FE / FD FD ED / FF / 00", false},
         {u"AA_AA", "80 / B5 B5 D4 FC B5 B5 / FE / FF / 00", false},
-        {u"stuff", "80 / 94 92 90 AC AC / FE / FF / 00", false},
     };
     for (const TextKey& row : keys) {
         SCOPED_TRACE(testing::Message() << "key " << row.Key);
@@ -86,7 +84,6 @@ TEST(Jet3TextKeys, AreTheEnginesOwn) {
         {u"a\ta", "7F / 60 11 60 / 00"},
         {u"ABCDEFGHIJKLMNOPQRSTUVWXYZ",
          "7F / 60 61 62 64 66 67 68 69 6A 6B 6C 6D 6F 70 72 73 74 75 76 77 78 7A 7B 7C 7D 7E / 00"},
-        {u"aŒa", "7F / 60 72 66 60 / 00"},
         {u"aŠa", "7F / 60 76 60 / 02 A0"},
         {u"a€a", "7F / 60 10 60 / 00"},
         {u"", "7F 00"},
