@@ -117,8 +117,6 @@ TEST_F(Recordsets, FieldsAreFoundByNameAndPosition) {
     EXPECT_EQ(mRows->Fields(1).Name(), u"Town");
     EXPECT_EQ(mRows->Fields(1).Size(), 20);
     EXPECT_EQ(mRows->Fields(2).Type(), FieldType::Memo);
-    EXPECT_EQ(mRows->Fields(2).Size(), 0);
-    EXPECT_EQ(mRows->Fields(4).Size(), 8);
     EXPECT_EQ(Raised([&] { mRows->Fields(u"Village"); }), 3265);
     EXPECT_EQ(Raised([&] { mRows->Fields(5); }), 3265);
     EXPECT_EQ(Raised([&] { mRows->Fields(-1); }), 3265);

@@ -37,9 +37,7 @@ TEST(Values, AsText) {
 }
 
 TEST(Values, AsTruth) {
-    EXPECT_TRUE(ToBoolean(-1));
-    EXPECT_TRUE(ToBoolean(u"tRuE"));
-    EXPECT_TRUE(ToBoolean(u"2"));
+    for (const Value& value : {Value(-1), Value(u"tRuE"), Value(u"2")}) EXPECT_TRUE(ToBoolean(value));
     EXPECT_FALSE(ToBoolean(u"False"));
     EXPECT_FALSE(ToBoolean(0.0));
 }

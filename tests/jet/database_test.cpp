@@ -194,6 +194,7 @@ TEST_F(Databases, BuildAnIndexOverTheRowsThereAre) {
     for (std::int32_t i = 0; i < 2000; ++i)
         table->Insert(Row{i * 1009 % 2000, i % 5 == 0 ? Value{} : Value{u"b"}});
     mDatabase->CreateIndex(*table, {u"A", {{u"A"}}, true});
+    EXPECT_EQ(NumberRaised([&] { mDatabase->CreateIndex(*table, {u"B", {{u"B"}}, false, true}); }), 3022);
     table = ReopenTable(Sharing::Shared);
     mDatabase->CreateIndex(*table, {u"B", {{u"B"}}});
     table->Insert(Row{5000, u"new"});

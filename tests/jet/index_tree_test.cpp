@@ -211,6 +211,7 @@ TEST_F(IndexTrees, ACursorGoesOnBehindItsEntryWhateverHappens) {
     }
     for (int i = 0; i < 500; ++i) Remove(LongKey(2 * i + 1), {9'000, static_cast<std::uint8_t>(i % 200)});
     Remove(LongKey(1'003), {9'001, 0});
+    Remove(LongKey(999) + 'x', {9'002, 0});
     for (int i = 0; i < 9; ++i) IndexPage::Make(*mFile, mFile->Allocate(), PageType::IndexLeaf, 99);
     cursor.Next();
     EXPECT_EQ(cursor.Key(), LongKey(5'000)) << "its page is a leaf of another table";

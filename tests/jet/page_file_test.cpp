@@ -75,7 +75,8 @@ TEST_F(PageFiles, OpeningSaysWhatIsWrong) {
         test::WriteBytes(Path(), bytes);
         EXPECT_EQ(ErrorOf(open).Description, "Unrecognized database format '" + Path() + "'.");
     }
-    const std::tuple<std::size_t, char, const char*> strange[] = {{0x01, 0, "not the mark of a page"},
+    const std::tuple<std::size_t, char, const char*> strange[] = {{0x00, 1, "not the first page"},
+                                                                  {0x01, 0, "not the mark of a page"},
                                                                   {0x05, 'T', "another engine's name"},
                                                                   {0x14, 2, "a later version"},
                                                                   {0x3E, 0, "encrypted"}};

@@ -187,7 +187,6 @@ TEST(RefusedValues, RaiseTheirNumber) {
     const Refused cases[] = {{ColumnType::Long, 4, u"1", 3421},
                              {ColumnType::Text, 20, 1, 3421},
                              {ColumnType::Boolean, 1, 1, 3421},
-                             {ColumnType::Double, 8, 1, 3421},
                              {ColumnType::Byte, 1, -1, 3421},
                              {ColumnType::Byte, 1, 256, 3421},
                              {ColumnType::Integer, 2, -32769, 3421},

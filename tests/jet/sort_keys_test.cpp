@@ -58,7 +58,6 @@ TEST(Jet4TextKeys, AreTheEnginesOwn) {
          "7F / 4A 4A 4A 4A / 01 / 01 01 01 / 80 0F 06 03 / 00"},
         {std::u16string(u"AA\0AA", 5), "7F / 4A 4A 4A 4A / 01 / 00"},
         {u"AA\tAA", "7F / 4A 4A 08 03 4A 4A / 01 / 00"},
-        {u"AA_AA", "7F / 4A 4A 2B 03 4A 4A / 01 / 00"},
         {u"AA½AA", "7F / 4A 4A 37 16 4A 4A / 01 / 00"},
         {u"AAÆAA", "7F / 4A 4A 4A 51 4A 4A / 01 / 00"},
         {u"AAøAA", "7F / 4A 4A 64 4A 4A / 01 / 02 02 21 / 00"},
@@ -67,8 +66,6 @@ TEST(Jet4TextKeys, AreTheEnginesOwn) {
         {u"-", "80 / FE / FE FE FE / 7F F8 F9 7D / FF / 00", false},
         {u"AAâAA", "80 / B5 B5 B5 B5 B5 / FE / FD FD ED / FF / 00", false},
         {u"AA_AA", "80 / B5 B5 D4 FC B5 B5 / FE / FF / 00", false},
-        {u"stuff", "80 / 94 92 90 AC AC / FE / FF / 00", false},
-        {u"", "80 FE FF 00", false},
     };
     for (const TextKey& row : keys) {
         SCOPED_TRACE(testing::Message() << "key " << row.Key);
@@ -80,17 +77,13 @@ TEST(Jet3TextKeys, AreTheEnginesOwn) {
     const std::vector<TextKey> keys{
         {u"Berlin", "7F / 61 66 75 6D 6A 70 / 00"},
         {u"Münster", "7F / 6F 78 70 76 77 66 75 / 06 00"},
-        {u"S-958 22", "7F / 76 1E 5F 5B 5E 11 58 58 / 00"},
         {u"Forêts d'érables", "7F / 67 72 75 66 77 76 11 64 18 66 75 60 61 6D 66 76 / 02 52 40"},
         {u"AAÆAA", "7F / 60 60 60 66 60 60 / 00"},
         {u"-ÁA-Á", "7F / 1E 60 60 1E 60 / 04 24 00"},
-        {u"--", "7F / 1E 1E / 00"},
         {u"aäaaÓaaƒaaäaaÛa", "7F / 60 60 60 60 72 60 60 32 60 60 60 60 60 78 60 / 02 62 24 22 22 62 25 00"},
-        {u"a\na", "7F / 60 10 60 / 00"},
         {u"a\ta", "7F / 60 11 60 / 00"},
         {u"ABCDEFGHIJKLMNOPQRSTUVWXYZ",
          "7F / 60 61 62 64 66 67 68 69 6A 6B 6C 6D 6F 70 72 73 74 75 76 77 78 7A 7B 7C 7D 7E / 00"},
-        {u"aŒa", "7F / 60 72 66 60 / 00"},
         {u"aŠa", "7F / 60 76 60 / 02 A0"},
         {u"a€a", "7F / 60 10 60 / 00"},
         {u"", "7F 00"},
@@ -98,8 +91,6 @@ TEST(Jet3TextKeys, AreTheEnginesOwn) {
         {u"aäaaÓaaƒaaäaaÛa", "80 / 9F 9F 9F 9F 8D 9F 9F CD 9F 9F 9F 9F 9F 87 9F / FD 9D DB DD DD 9D DA FF",
          false},
         {u"aßa", "80 / 9F 89 89 9F / FF", false},
-        {u"row99", "80 8A 8D 84 A0 A0 FF", false},
-        {u"", "80 FF", false},
     };
     for (const TextKey& row : keys) {
         SCOPED_TRACE(testing::Message() << "key " << row.Key);
