@@ -78,6 +78,15 @@ TEST_F(Databases, TakeTheListOfObjectsAsItIs) {
         return found;
     };
     EXPECT_THAT(bearers(u"T"), ElementsAre("\x64\x8B", "\x65\x8B"));
+    const Row object = test::RowsOf(*objects).back();
+    EXPECT_EQ(object[place(u"Id")],
+              Value{static_cast<std::int32_t>(mDatabase->FindTable(u"T")->Definition().Page)});
+    EXPECT_EQ(object[place(u"ParentId")], Value{Tables});
+    EXPECT_EQ(object[place(u"Type")], Value{1});
+    EXPECT_EQ(object[place(u"Flags")], Value{0});
+    EXPECT_EQ(object[place(u"Owner")], Value{Binary{"\x64\x8B"}});
+    EXPECT_EQ(object[place(u"DateCreate")], object[place(u"DateUpdate")]);
+    EXPECT_EQ(object[place(u"LvProp")], Value{});
     for (auto row = aces->FirstRow(); row; row = aces->NextRow(*row)) aces->UpdateFixed(*row, 1, false);
     EXPECT_THAT(bearers(u"U"), ElementsAre("\x64\x8B", "\x64\x8B"));
     for (auto row = objects->FirstRow(); row; row = objects->NextRow(*row)) {
