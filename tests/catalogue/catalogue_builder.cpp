@@ -124,7 +124,7 @@ void CatalogueBuilder::AddIndexColumn(const std::u16string& table, const std::u1
 }
 
 void CatalogueBuilder::AddRelation(const std::u16string& name, const std::u16string& table,
-                                   const std::u16string& foreign, std::int32_t type,
+                                   const std::u16string& foreign, const dao::Value& type,
                                    const std::u16string& field, const std::u16string& foreignField) {
     AddRow(u"LogicalRelations", {{u"RelationName", name},
                                  {u"RowNumber", ++mRowNumber},

@@ -54,7 +54,7 @@ class CatalogueBuilder {
     void AddIndexColumn(const std::u16string& table, const std::u16string& index, const std::u16string& field,
                         bool primary, bool unique = false, bool descending = false);
     void AddRelation(const std::u16string& name, const std::u16string& table, const std::u16string& foreign,
-                     std::int32_t type, const std::u16string& field, const std::u16string& foreignField);
+                     const dao::Value& type, const std::u16string& field, const std::u16string& foreignField);
 
     dao::Database& Database() { return *mDatabase; }
 

@@ -20,10 +20,11 @@ TEST_P(RelationStep, EveryRunOfRowsGivesOneRelation) {
     Catalogue->AddRelation(u"First", u"T1", u"T2", 1, u"Number", u"Owner");
     Catalogue->AddRelation(u"First", u"T1", u"T2", 1, u"Name", u"OwnerName");
     Catalogue->AddRelation(u"Second", u"T2", u"T1", 0, u"Owner", u"Number");
+    Catalogue->AddRelation(u"Third", u"T2", u"T1", {}, u"Owner", u"Name");
     StartCatalogue();
     State.EnforceReferentialIntegrity = enforced;
     catalogue::BuildTargetDatabase(State, TargetFile.string());
-    EXPECT_EQ(State.TargetDatabase->Relations().Count(), 2);
+    EXPECT_EQ(State.TargetDatabase->Relations().Count(), 3);
     State.TargetDatabase->Close();
 
     // Columns, attributes (1: one to one, 2: not enforced), place; foreign column and table, column and
@@ -31,9 +32,9 @@ TEST_P(RelationStep, EveryRunOfRowsGivesOneRelation) {
     const std::string one = enforced ? "1" : "3";
     const std::string many = enforced ? "0" : "2";
     EXPECT_EQ(RowsOf(TargetFile, u"MSysRelationships"),
-              (std::vector<std::string>{"2|" + one + "|0|Owner|T2|Number|T1|First",
-                                        "2|" + one + "|1|OwnerName|T2|Name|T1|First",
-                                        "1|" + many + "|0|Number|T1|Owner|T2|Second"}));
+              (std::vector<std::string>{
+                  "2|" + one + "|0|Owner|T2|Number|T1|First", "2|" + one + "|1|OwnerName|T2|Name|T1|First",
+                  "1|" + many + "|0|Number|T1|Owner|T2|Second", "1|" + many + "|0|Name|T1|Owner|T2|Third"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Enforced, RelationStep, testing::Bool());

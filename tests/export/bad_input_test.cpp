@@ -79,6 +79,7 @@ class BadInput : public test::ExportFixture, public testing::WithParamInterface<
         AddRecords("SHORTF", {site.Records.front()});
         Site.AddFile("TINYF", 'L', 1, 20, Big(-2, 2) + Big(-1, 4) + Big(20, 4) + Big(20, 4) + test::Nul(20));
         AddIndex("PARTX", site.Entries);
+        *Site.Links += test::LinkEntry(":D01:AWAYF", "AWAY:D01");  // no such folder
     }
 
     std::string FirstFailure() {
@@ -223,6 +224,7 @@ INSTANTIATE_TEST_SUITE_P(
                 },
                 "", None},
         BadCase{"NoDataFile", [](PartsSite& site) { site.Stock.Files[1] = {}; }, "STOCK 91", Whole},
+        BadCase{"FolderGone", [](PartsSite& site) { site.Stock.Files[1] = u"AWAYF"; }, "STOCK 91", Whole},
         BadCase{"FiveSlots",
                 [](PartsSite& site) {
                     site.Parts.Files = {u"PARTX", u"PARTF", u"PARTF", u"PARTF", u"PARTF"};
