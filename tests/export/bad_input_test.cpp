@@ -79,7 +79,9 @@ class BadInput : public test::ExportFixture, public testing::WithParamInterface<
         AddRecords("SHORTF", {site.Records.front()});
         Site.AddFile("TINYF", 'L', 1, 20, Big(-2, 2) + Big(-1, 4) + Big(20, 4) + Big(20, 4) + test::Nul(20));
         AddIndex("PARTX", site.Entries);
-        *Site.Links += test::LinkEntry(":D01:AWAYF", "AWAY:D01");  // no such folder
+        *Site.Links += test::LinkEntry(":D01:AWAYF", "AWAY:D01") + test::LinkEntry(":D01:FARX", "KSW:D01");
+        constexpr std::int32_t BeyondAllPlaces = 0x400000;  // times 512 bytes
+        Site.Directory += test::DirectoryEntryBytes("FARX", BeyondAllPlaces, 512, 'I', 1);
     }
 
     std::string FirstFailure() {
@@ -225,6 +227,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "", None},
         BadCase{"NoDataFile", [](PartsSite& site) { site.Stock.Files[1] = {}; }, "STOCK 91", Whole},
         BadCase{"FolderGone", [](PartsSite& site) { site.Stock.Files[1] = u"AWAYF"; }, "STOCK 91", Whole},
+        BadCase{"KeysBeyondAllPlaces", [](PartsSite& site) { site.Parts.Files[0] = u"FARX"; }, "PARTS 6",
+                None},
         BadCase{"FiveSlots",
                 [](PartsSite& site) {
                     site.Parts.Files = {u"PARTX", u"PARTF", u"PARTF", u"PARTF", u"PARTF"};
