@@ -64,10 +64,10 @@ class Faults:
 class Run:
     """A program on a site, under way from now on."""
 
-    def __init__(self, command, site, environment, process):
+    def __init__(self, command, site, environment):
         self._out, self._errors = tempfile.TemporaryFile("w+"), tempfile.TemporaryFile("w+")
         self._process = subprocess.Popen([str(word) for word in command], stdout=self._out, stderr=self._errors,
-                                         env={**site.environment, **environment}, start_new_session=True, **process)
+                                         env={**site.environment, **environment}, start_new_session=True)
 
     def wait(self, seconds=None):
         """The exit status. Raises subprocess.TimeoutExpired."""
@@ -105,9 +105,9 @@ class Run:
 class Export(Run):
     """One run of headless_export."""
 
-    def __init__(self, programs, site, flush_every, target, options=(), environment={}, process={}, wrapper=()):
+    def __init__(self, programs, site, flush_every, target, options=(), environment={}, wrapper=()):
         super().__init__([*wrapper, programs / "headless_export", target, "--flush-every", flush_every, *options], site,
-                         environment, process)
+                         environment)
 
     def told(self):
         """Whether the tables were built, and the rows that are safe, by table. A line that is cut was not told."""
@@ -123,9 +123,9 @@ class Export(Run):
 class WindowExport(Run):
     """One run of window_export, which works the program's window."""
 
-    def __init__(self, programs, site, target, options=(), environment={}, process={}, wrapper=()):
+    def __init__(self, programs, site, target, options=(), environment={}, wrapper=()):
         super().__init__([*wrapper, programs / "window_export", target, *options], site,
-                         {"QT_QPA_PLATFORM": "offscreen", **environment}, process)
+                         {"QT_QPA_PLATFORM": "offscreen", **environment})
 
     def ending(self):
         """A window that refuses to make the file is closed as any other; a site without engine ends the tool without
