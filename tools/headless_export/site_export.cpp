@@ -16,9 +16,10 @@ namespace headless {
 
 namespace {
 
+/// Another program may delete the file first.
 void RemoveFormer(const std::string& target) {
     try {
-        platform::RemoveFile(target);
+        if (platform::FileExists(target)) platform::RemoveFile(target);
     } catch (const platform::Error& error) {
         if (error.Number != platform::FileNotFound) throw;
     }
