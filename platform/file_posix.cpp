@@ -148,6 +148,7 @@ Opened OpenedFile(const std::string& path, File::Mode mode) {
     const int failure = fstat(descriptor, &status) != 0 ? errno : 0;
     if (failure != 0 || !S_ISREG(status.st_mode)) {
         close(descriptor);
+        if (mode == File::Mode::CreateNew) unlink(systemPath.c_str());  // created a moment ago
         throw Error(failure != 0 ? NumberOf(failure, systemPath) : PathFileAccess).WithPath(path);
     }
     return {descriptor, (flags & O_ACCMODE) == O_RDWR, IsRemoteFile(descriptor)};
