@@ -13,7 +13,7 @@ sys.path.insert(0, str(ROOT / "tools" / "operator"))
 from display import OperatorError, wait_for  # noqa: E402, F401
 from site_facts import SiteFacts, canonical_lines  # noqa: E402
 
-RIGHT, REFUSED = "right", "refused"
+RIGHT, REFUSED, NO_ENGINE = "right", "refused", "no engine"
 FOR_EVER = -1
 EMPTY_DATABASE = 65536  # bytes: the first write of all; a shorter file is none yet
 
@@ -128,10 +128,15 @@ class WindowExport(Run):
                          {"QT_QPA_PLATFORM": "offscreen", **environment})
 
     def ending(self):
-        """A window that refuses to make the file is closed as any other; a site without engine ends the tool without
-        a report, then as if in error 91."""
+        """A window that refuses to make the file is closed as any other, REFUSED; one whose site gives no engine says
+        why and closes at once, NO_ENGINE."""
         if self._process.returncode == 0 and "closed" not in self.output().split("\n"):
-            return REFUSED if ": Could not Create file: " in self.output() else 91
+            if ": Could not Create file: " in self.output():
+                return REFUSED
+            if not re.search(r"^message (Connection Error|EpcError):|^error -?\d+", self.output() + self.errors(),
+                             re.MULTILINE):
+                raise Damage(f"ended without a word: {self.output()!r}, {self.errors()!r}")
+            return NO_ENGINE
         end = super().ending()
         if end != RIGHT and f"message Vantora Database Explorer: Run-time error '{end}':\n\n" not in self.output():
             raise Damage(f"error {end} was not shown: {self.output()}")
