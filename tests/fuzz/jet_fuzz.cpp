@@ -74,6 +74,7 @@ void Work(jet::Table& table) {
             test::Try([&] { table.Read(*row, values); });
         }
     });
+    if (table.Definition().Columns.empty()) return;  // what follows asks for the first one
     for (std::size_t i = 0; i < table.Definition().RealIndexes.size(); ++i) {
         test::Try([&] {
             for (auto entry = table.Index(i).First(); !entry.AtEnd(); entry.Next())
